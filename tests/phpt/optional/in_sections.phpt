@@ -1,0 +1,55 @@
+--TEST--
+Conditional sections decided for each element: by value, by key, by the section that is named
+--EXTENSIONS--
+template
+--FILE--
+<?php
+require __DIR__ . '/../helper.inc';
+
+$rows = [
+    ['n' => 'a', 'flag' => 1, 'role' => 'admin'],
+    ['n' => 'b', 'flag' => 0, 'role' => 'user'],
+    ['n' => 'c'],
+    ['n' => 'd', 'flag' => ['visible' => false]],
+];
+$data = ['rows' => $rows, 'list' => [10, 20, 30, 40], 'map' => ['a' => 1, "'a'" => 2, '' => 3, ' b' => 4, -1 => 5],
+    'v' => 1, 'outer' => ['x' => ['in' => [1, 2]], 'y' => ['in' => [3]]]];
+$of = fn (string $body) => "{dynamic row,rows}$body{/dynamic}";
+
+check([
+    'value' => [$of('{optional row::*::flag}{*::n}{/optional}'), $data, 'a'],
+    'value, negated' => [$of('{!optional row::*::flag}{*::n}{/optional}'), $data, 'bcd'],
+    'value of the innermost' => [$of('{optional *::flag}{*::n}{/optional}'), $data, 'a'],
+    'the element itself' => ['{dynamic list}{optional * 30}{[*]}{/optional}{/dynamic}', $data, '2'],
+    'compared' => [$of("{optional row::*::role 'admin'}{*::n}{/optional}"), $data, 'a'],
+    'compared, negated' => [$of("{!optional *::role admin}{*::n}{/optional}"), $data, 'bcd'],
+    'a constant' => [$of('{optional v}{*::n}{/optional}'), $data, 'abcd'],
+    'a hidden constant' => [$of('{!optional v}{*::n}{/optional}'), $data, ''],
+
+    'key' => ['{dynamic row,list}{optional row::[*] 3}{*}{/optional}{/dynamic}', $data, '40'],
+    'key, negated' => ['{dynamic row,list}{!optional row::[*] 3}{*},{/optional}{/dynamic}', $data, '10,20,30,'],
+    'key of the innermost' => ['{rdynamic list}{optional [*] 0}{*}{/optional}{/rdynamic}', $data, '10'],
+    'key is compared byte by byte' => ['{dynamic list}{optional [*] 03}{*}{/optional}{/dynamic}', $data, ''],
+    'key is no truth' => ['{dynamic list}{optional [*]}{*}{/optional}{/dynamic}', $data, ''],
+    'text key' => ['{dynamic map}{optional [*] a}{*}{/optional}{/dynamic}', $data, '1'],
+    'quotes belong to the key' => ["{dynamic map}{optional [*] 'a'}{*}{/optional}{/dynamic}", $data, '2'],
+    'empty key' => ['{dynamic map}{optional [*]}{*}{/optional}{/dynamic}', $data, '3'],
+    'blanks belong to the key' => ['{dynamic map}{optional [*]  b}{*}{/optional}{/dynamic}', $data, '4'],
+    'negative key' => ['{dynamic map}{optional [*] -1}no{/optional}{optional [*] 18446744073709551615}{*}{/optional}{/dynamic}', $data, '5'],
+
+    'the body sees the element, not what was tested' => [$of('{optional *::role}{*}{/optional}'), ['rows' => [['role' => 1]]], 'Array',
+        'Array to string conversion'],
+    'outer value' => ['{dynamic o,outer}{dynamic i,o::*::in}{optional o::*::in::1}{*}{/optional}{/dynamic}{/dynamic}', $data, '12'],
+    'outer key' => ['{dynamic o,outer}{dynamic i,o::*::in}{optional o::[*] y}{*}{/optional}{/dynamic}{/dynamic}', $data, '3'],
+    'inner key' => ['{dynamic o,outer}{dynamic i,o::*::in}{optional [*] 1}{*}{/optional}{/dynamic}{/dynamic}', $data, '2'],
+
+    'no such section' => [$of('{optional other::*::n}no{/optional}{!optional other::*::n}no{/optional}'
+        . '{optional other::[*] 0}no{/optional}{!optional other::[*] 0}no{/optional}.'), $data, '....'],
+    'outside of any section' => ['[{optional *::flag}no{/optional}{!optional *::flag}no{/optional}{optional *}no{/optional}'
+        . '{!optional [*] 0}no{/optional}{optional row::[*] 0}no{/optional}{!optional row::*}no{/optional}]', $data, '[]'],
+    'a section that is closed already' => [$of('') . '{!optional row::*::n}no{/optional}', $data, ''],
+]);
+?>
+--EXPECT--
+text: as expected
+file: as expected

@@ -1,0 +1,54 @@
+--TEST--
+Only the canonical decimal form of an unsigned number is an index
+--EXTENSIONS--
+template
+--FILE--
+<?php
+require __DIR__ . '/../helper.inc';
+
+$list = [
+    0 => 'zero', 5 => 'five', -1 => 'minus one', 8 => 'eight',
+    PHP_INT_MAX => 'max', PHP_INT_MIN => 'min',
+    '05' => 'text 05', '0x5' => 'text 0x5', '+5' => 'text +5', '5.0' => 'text 5.0', '010' => 'text 010',
+    '' => 'empty', '-0' => 'text -0', '1e1' => 'text 1e1', '5 ' => 'blank',
+    '18446744073709551616' => 'text 2^64', '99999999999999999999999' => 'text huge', "5\0" => 'nul',
+];
+$data = ['l' => $list, 0 => 'root zero', 'o' => ['p' => (object) ['0' => 'property', 'k' => 'v']],
+    'storage' => new ArrayObject(['stored'])] + $list;
+
+$expected = [
+    '0' => 'zero', '5' => 'five', '8' => 'eight',
+    '9223372036854775807' => 'max',
+    '9223372036854775808' => 'min',
+    '18446744073709551615' => 'minus one',
+    '-1' => null,
+    '05' => 'text 05', '0x5' => 'text 0x5', '+5' => 'text +5', '5.0' => 'text 5.0', '010' => 'text 010',
+    '-0' => 'text -0', '1e1' => 'text 1e1',
+    '18446744073709551616' => 'text 2^64', '99999999999999999999999' => 'text huge', "5\0" => 'nul',
+    '7' => null, '00' => null, '-9223372036854775808' => null,
+];
+$cases = [];
+foreach ($expected as $key => $text) {
+    $cases["in a list: $key"] = ["{l::$key 'none'}", $data, $text ?? 'none'];
+    // At the root a number is never found, a text is.
+    $isIndex = preg_match('/^(0|[1-9][0-9]{0,19})$/D', (string) $key) && (string) $key !== '18446744073709551616';
+    $cases["at the root: $key"] = ['{' . $key . " 'none'}", $data, $isIndex ? 'none' : $text ?? 'none'];
+}
+check_as_text($cases);
+
+check([
+    'the first step of an escaping tag' => ['{addslashes 0}|{addslashes l::0}', $data, '|zero'],
+    'a condition at the root' => ['{optional 0}shown{/optional}{!optional 0}hidden{/optional}', $data, 'hidden'],
+    'a section at the root' => ['{dynamic r,0}x{/dynamic}', [[1, 2]], ''],
+    'a blank makes it a text' => ['{addslashes l::5}{dynamic n, 5}x{/dynamic}', $data + [' 5' => ['a']], 'fivex'],
+    'an object ends a path' => ['{o::p::k}{o::p::0}{storage::0}', $data, '{o::p::k}{o::p::0}{storage::0}'],
+    'a text ends a path' => ['{l::5::0}', $data, '{l::5::0}'],
+    'index into the element' => ['{dynamic r,rows}{*::0}{r::*::1}{/dynamic}', ['rows' => [['a', 'b'], 'text', ['c']]], 'abc'],
+    'key into the element' => ['{dynamic r,rows}{*::0}{*::k}{/dynamic}', ['rows' => [new ArrayObject(['stored', 'k' => 'no'])]], 'stored'],
+    'properties have no index' => ['{dynamic r,rows}[{*::0}{*::k}]{/dynamic}', ['rows' => [(object) ['zero', 'k' => 'v']]], '[]'],
+]);
+?>
+--EXPECT--
+text: as expected
+text: as expected
+file: as expected

@@ -1,0 +1,82 @@
+--TEST--
+Values print as PHP converts them, as constants and as elements, up to a NUL byte
+--EXTENSIONS--
+template
+--INI--
+precision=14
+--FILE--
+<?php
+require __DIR__ . '/../helper.inc';
+
+$text = new class implements Stringable {
+    public function __toString(): string
+    {
+        return "an \0object";
+    }
+};
+enum Suit
+{
+    case Hearts;
+}
+
+$values = [
+    'text' => ['plain', 'plain'],
+    'numeric text' => ['007', '007'],
+    'empty' => ['', ''],
+    'NUL inside' => ["before\0after", 'before'],
+    'NUL first' => ["\0after", ''],
+    'every other byte' => [implode('', array_map('chr', range(1, 255))), implode('', array_map('chr', range(1, 255)))],
+    'true' => [true, '1'],
+    'false' => [false, ''],
+    'null' => [null, ''],
+    'zero' => [0, '0'],
+    'smallest' => [PHP_INT_MIN, '-9223372036854775808'],
+    'float' => [0.1 + 0.2, '0.3'],
+    'whole float' => [5.0, '5'],
+    'large float' => [1.5e300, '1.5E+300'],
+    'negative zero' => [-0.0, '-0'],
+    'infinity' => [-INF, '-INF'],
+    'not a number' => [NAN, 'NAN'],
+    'Stringable' => [$text, 'an '],
+    'array' => [['x'], 'Array', 'Array to string conversion'],
+    'empty array' => [[], 'Array', 'Array to string conversion'],
+];
+
+$cases = [];
+foreach ($values as $kind => [$value, $expected]) {
+    $warnings = array_slice($values[$kind], 2);
+    $plain = ['v' => $value, 'rows' => [['v' => $value]]];
+    $linked = ['v' => &$value, 'rows' => [['v' => &$value]]];
+    foreach (['plain' => $plain, 'reference' => $linked] as $how => $data) {
+        $cases["$kind, $how, constant"] = ['[{v}]', $data, "[$expected]", ...$warnings];
+        $cases["$kind, $how, element"] = ['[{dynamic rows}{*::v}{/dynamic}]', $data, "[$expected]", ...$warnings];
+        $cases["$kind, $how, fallback"] = ["[{dynamic rows}{*::x v 'default'}{/dynamic}]", $data, "[$expected]", ...$warnings];
+    }
+    unset($value);
+}
+check_as_text($cases);
+
+// What has no text makes PHP throw, and the call is over.
+foreach (['object' => new stdClass(), 'enum' => Suit::Hearts, 'closure' => fn () => 1] as $kind => $value) {
+    foreach (['{v}', '{dynamic rows}{*}{/dynamic}', '{dynamic rows}{*::x v}{/dynamic}', '{dynamic rows}{addslashes *}{/dynamic}'] as $template) {
+        echo json_encode(outcome($template, ['v' => $value, 'rows' => [$value]])), "\n";
+    }
+}
+$handle = fopen('php://memory', 'r');
+echo json_encode(outcome('{v}{dynamic rows}{*}{/dynamic}', ['v' => $handle, 'rows' => [$handle]])[0] === str_repeat((string) $handle, 2)), "\n";
+?>
+--EXPECT--
+text: as expected
+["Error: Object of class stdClass could not be converted to string"]
+["Error: Object of class stdClass could not be converted to string"]
+["Error: Object of class stdClass could not be converted to string"]
+["Error: Object of class stdClass could not be converted to string"]
+["Error: Object of class Suit could not be converted to string"]
+["Error: Object of class Suit could not be converted to string"]
+["Error: Object of class Suit could not be converted to string"]
+["Error: Object of class Suit could not be converted to string"]
+["Error: Object of class Closure could not be converted to string"]
+["Error: Object of class Closure could not be converted to string"]
+["Error: Object of class Closure could not be converted to string"]
+["Error: Object of class Closure could not be converted to string"]
+true
