@@ -1,0 +1,62 @@
+# Runs the test suites and adds up what they report.
+
+run_tests() {
+    local flavour=plain suite chosen=() names=() argument
+    for argument in "$@"; do
+        case $argument in
+            --valgrind) export TEST_VALGRIND=1 ;;
+            --asan) export TEST_ASAN=1 flavour=asan ;;
+            --browser) export TEST_BROWSER=1 ;;
+            -*) die "./dev test knows --valgrind, --asan and --browser, not $argument." ;;
+            *) names+=("$argument") ;;
+        esac
+    done
+    mapfile -t chosen < <(choose_suites "${names[@]}")
+    [ ${#chosen[@]} -gt 0 ] || die "No test suite is called ${names[*]}; there are: $(suite_names)."
+
+    [ -z "${TEST_VALGRIND-}${TEST_ASAN-}" ] || need debug
+    build "$flavour"
+    export LOG=$BUILD/suite.log
+    cd "$ROOT"
+    PASSED=0 FAILED=0 SKIPPED=0 BAD=()
+    for suite in "${chosen[@]}"; do run_suite "$suite"; done
+
+    [ ${#BAD[@]} -eq 0 ] || printf '\nFailed: %s\n' "${BAD[*]}"
+    printf '\n%d passed, %d failed%s\n' $PASSED $FAILED "$([ $SKIPPED -eq 0 ] || printf ', %d skipped' $SKIPPED)"
+    [ $FAILED -eq 0 ]
+}
+
+suite_names() { printf '%s\n' "$ROOT"/tests/suites/[0-9]* | sed 's|.*/[0-9]*-||' | paste -sd ' '; }
+
+# The suites to run: all, or those named, by NAME or NN-NAME.
+choose_suites() {
+    local suite base name
+    for suite in "$ROOT"/tests/suites/[0-9]*; do
+        base=${suite##*/}
+        [ -x "$suite" ] || continue
+        [ $# -gt 0 ] || { printf '%s\n' "$suite"; continue; }
+        for name in "$@"; do
+            [ "$name" != "$base" ] && [ "$name" != "${base#*-}" ] || printf '%s\n' "$suite"
+        done
+    done
+}
+
+# One suite in the PHP system. What counts is its last line; a suite that fails without saying what,
+# or says nothing, counts as one failure.
+run_suite() {
+    local name=${1##*/} groups status=0 counts=(0 0 0) line
+    read -ra groups < <(sed -n 's/^# need://p' "$1" | paste -sd ' ') || true
+    [ ${#groups[@]} -eq 0 ] || need "${groups[@]}"
+    printf '\n== %s\n' "${name#*-}"
+    inside "$1" </dev/null 2>&1 | tee "$LOG" || status=$?
+    line=$(grep -v '^[[:space:]]*$' "$LOG" | tail -n 1) || true
+    if [[ $line =~ ^([0-9]+)\ passed,\ ([0-9]+)\ failed(,\ ([0-9]+)\ skipped)?$ ]]; then
+        counts=("${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}" "${BASH_REMATCH[4]:-0}")
+    else
+        printf 'The suite ended without its counts (exit status %d).\n' $status
+        counts=(0 1 0)
+    fi
+    [ $status -eq 0 ] || [ "${counts[1]}" -gt 0 ] || { printf 'The suite ended with exit status %d.\n' $status; counts[1]=1; }
+    PASSED=$((PASSED + counts[0])) FAILED=$((FAILED + counts[1])) SKIPPED=$((SKIPPED + counts[2]))
+    [ "${counts[1]}" -eq 0 ] || BAD+=("${name#*-}")
+}
