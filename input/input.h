@@ -1,0 +1,54 @@
+// The template source reader: hands out the template's text in runs that end at
+// a brace, with the brace escapes resolved. Knows nothing of tags.
+#ifndef TEMPLATE_INPUT_INPUT_H
+#define TEMPLATE_INPUT_INPUT_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "module/engine.h"
+
+class Input final {
+public:
+    // Reads the string `source` itself (string mode), or the file that it names,
+    // opened through PHP's streams with the include path searched. Throws
+    // std::runtime_error "Could not open file …" when no stream results, also for
+    // a name with a NUL byte, and CallAbandoned when a fatal error came up. The
+    // call is borrowed and shared with everything that runs inside it.
+    Input(const std::string& source, bool stringMode, EngineCall& call);
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+    ~Input();
+
+    // Appends text to `out` until `mark` is met, '{' for the text before a tag or
+    // '}' for a tag's content. The mark is consumed and not appended. False at
+    // the end of the input.
+    bool fillBufferTillMark(std::string& out, char mark);
+
+    // Replaces the buffer, which must be used up, with the next chunk of input.
+    // False when there is no more.
+    bool fetchStream();
+
+    // Nothing is left to read.
+    bool exhausted();
+
+    bool stringMode;
+    bool ended = false;
+    php_stream* stream = nullptr;
+    size_t position = 0;
+    std::vector<char> buffer;
+
+private:
+    enum class AfterOpen { TAG, TEXT };
+
+    bool refill() { return position < buffer.size() || fetchNonEmpty(); }
+    bool fetchNonEmpty();
+    AfterOpen resolveOpenBrace(std::string& out);
+    void swallowRest(std::string& out);
+    bool atEndOfStream();
+
+    EngineCall& call_;
+};
+
+#endif

@@ -1,0 +1,125 @@
+#include "module/engine.h"
+
+#include <algorithm>
+
+bool runGuarded(void (*body)(void*), void* argument) noexcept
+{
+    // The only local that is written between setjmp and longjmp.
+    volatile bool ended = true;
+    zend_try {
+        body(argument);
+    } zend_catch {
+        ended = false;
+    } zend_end_try();
+    return ended;
+}
+
+EngineCall::~EngineCall()
+{
+    for (const auto& [block, size] : ballast_) {
+        efree(block);
+    }
+}
+
+void EngineCall::interrupted()
+{
+    if (zend_atomic_bool_load_ex(&EG(timed_out))) {
+        run([] { zend_timeout(); });
+    }
+}
+
+void EngineCall::grow(std::string& text, size_t more)
+{
+    // Doubling copies least; a large text grows by half, so that the old and
+    // the new one together stay below three times what is in them.
+    constexpr size_t LARGE = 1024 * 1024;
+    const size_t held = text.capacity();
+    const size_t capacity = std::max(text.size() + more, held < LARGE ? held * 2 : held + held / 2);
+    charge(capacity);
+    // reserve() on the text itself would round up to a doubling.
+    std::string larger;
+    larger.reserve(capacity);
+    larger.append(text);
+    text.swap(larger);
+    outside_ -= std::min(held, outside_);
+}
+
+void EngineCall::cover()
+{
+    const size_t size = std::max(outside_ - covered_, FREE_BYTES);
+    ballast_.reserve(ballast_.size() + 1);
+    void* block = nullptr;
+    run([&] { block = emalloc(size); });
+    ballast_.emplace_back(block, size);
+    covered_ += size;
+}
+
+void EngineCall::dischargeTo(size_t before)
+{
+    outside_ = std::min(outside_, before);
+    while (!ballast_.empty() && covered_ - ballast_.back().second >= outside_ + FREE_BYTES) {
+        covered_ -= ballast_.back().second;
+        efree(ballast_.back().first);
+        ballast_.pop_back();
+    }
+}
+
+namespace {
+
+// An ordinary object's table separates when it is written to while held. Other
+// classes may change theirs in place (ArrayObject does) or rebuild it, so they
+// are iterated as they were when the iteration began.
+HashTable* snapshot(HashTable* properties)
+{
+    HashTable* copy = zend_new_array(zend_hash_num_elements(properties));
+    zend_ulong index;
+    zend_string* key;
+    zval* value;
+    ZEND_HASH_FOREACH_KEY_VAL_IND(properties, index, key, value) {
+        Z_TRY_ADDREF_P(value);
+        if (key != nullptr) {
+            zend_hash_add_new(copy, key, value);
+        } else {
+            zend_hash_index_add_new(copy, index, value);
+        }
+    } ZEND_HASH_FOREACH_END();
+    return copy;
+}
+
+}
+
+HeldTable::HeldTable(EngineCall& call, const zval* value) : call_(call)
+{
+    ZVAL_UNDEF(&value_);
+    ZVAL_UNDEF(&properties_);
+    if (EXPECTED(Z_TYPE_P(value) == IS_ARRAY)) {
+        ZVAL_COPY(&value_, value);
+        table_ = Z_ARRVAL_P(value);
+    } else if (Z_TYPE_P(value) == IS_OBJECT) {
+        ZVAL_COPY(&value_, value);
+        call_.attempt([&] { holdProperties(Z_OBJ(value_)); });
+    }
+}
+
+void HeldTable::holdProperties(zend_object* object)
+{
+    HashTable* properties = object->handlers->get_properties(object);
+    if (object->handlers->get_properties != zend_std_get_properties) {
+        ZVAL_ARR(&properties_, snapshot(properties));
+    } else if (!(GC_FLAGS(properties) & GC_IMMUTABLE)) {
+        GC_ADDREF(properties);
+        ZVAL_ARR(&properties_, properties);
+    }
+    table_ = Z_TYPE(properties_) == IS_ARRAY ? Z_ARRVAL(properties_) : properties;
+}
+
+HeldTable::~HeldTable()
+{
+    // Releasing can run destructors, which a fatal error has put an end to.
+    if (!call_.fatal()) {
+        call_.attempt([&] {
+            zval_ptr_dtor(&properties_);
+            zval_ptr_dtor(&value_);
+        });
+    }
+}

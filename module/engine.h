@@ -1,0 +1,187 @@
+// The engine's side of a call of template(): the ways out of it that are not
+// C++ exceptions (a pending PHP exception, a fatal error), its limits on time,
+// memory and stack, and small owners of engine values.
+#ifndef TEMPLATE_MODULE_ENGINE_H
+#define TEMPLATE_MODULE_ENGINE_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "module/engine_headers.h"
+
+// Thrown when the call is over but has nothing to say of its own: a PHP
+// exception is pending, or a fatal error is on its way out. Deliberately no
+// std::exception, so that no handler of failures takes it for one.
+struct CallAbandoned final {};
+
+// Owns one reference to an engine string; may be empty.
+class EngineString final {
+public:
+    EngineString() = default;
+    explicit EngineString(zend_string* owned) : string_(owned) {}
+    EngineString(EngineString&& other) noexcept : string_(std::exchange(other.string_, nullptr)) {}
+    EngineString& operator=(EngineString&& other) noexcept
+    {
+        std::swap(string_, other.string_);
+        return *this;
+    }
+    ~EngineString()
+    {
+        if (string_ != nullptr) {
+            zend_string_release(string_);
+        }
+    }
+
+    zend_string* get() const { return string_; }
+    // The bytes up to the first NUL: what the system prints of a PHP string.
+    std::string_view text() const { return {ZSTR_VAL(string_), std::strlen(ZSTR_VAL(string_))}; }
+
+private:
+    zend_string* string_ = nullptr;
+};
+
+// Runs `body(argument)`, which must be free of C++ objects that a longjmp would
+// skip. True when it ended, false when a fatal error (a bailout) cut it off.
+bool runGuarded(void (*body)(void*), void* argument) noexcept;
+
+// What one call of template() shares with the engine. One per call, owned by
+// the PHPInterface, and lent to everything that runs inside the call.
+class EngineCall final {
+public:
+    EngineCall() = default;
+    EngineCall(const EngineCall&) = delete;
+    EngineCall& operator=(const EngineCall&) = delete;
+    ~EngineCall();
+
+    // Runs engine code that may call user code or allocate without bound.
+    // Throws CallAbandoned when a fatal error cut it off, or when it left a PHP
+    // exception behind. The body itself must not throw.
+    template <class Body>
+    void run(Body body)
+    {
+        attempt(body);
+        leaveIfAbandoned();
+    }
+
+    // The same for destructors, which must not throw: what happened is kept for
+    // the next leaveIfAbandoned().
+    template <class Body>
+    void attempt(Body body) noexcept
+    {
+        if (!runGuarded([](void* argument) { (*static_cast<Body*>(argument))(); }, &body)) {
+            fatal_ = true;
+        }
+    }
+
+    // Throws CallAbandoned when a fatal error or a PHP exception is under way.
+    void leaveIfAbandoned() const
+    {
+        if (UNEXPECTED(fatal_ || EG(exception) != nullptr)) {
+            throw CallAbandoned();
+        }
+    }
+
+    // A fatal error came up inside the call. Engine values that could run user
+    // code when they are released are then left to the end of the request.
+    bool fatal() const { return fatal_; }
+
+    // To be called in every loop that a template can make long: ends the call
+    // when the engine's time limit has passed.
+    void checkTime()
+    {
+        if (UNEXPECTED(zend_atomic_bool_load_ex(&EG(vm_interrupt)))) {
+            interrupted();
+        }
+    }
+
+    // Appends `piece` to `text`; what the text grows by is charged to PHP's
+    // memory limit first. `text` must have been filled through here only.
+    void append(std::string& text, std::string_view piece)
+    {
+        if (UNEXPECTED(text.capacity() - text.size() < piece.size())) {
+            grow(text, piece.size());
+        }
+        text.append(piece);
+    }
+
+    // Charges memory outside the engine's allocator to PHP's memory limit, so
+    // that a template cannot outgrow it; ends in PHP's own fatal error.
+    void charge(size_t bytes)
+    {
+        outside_ += bytes;
+        if (UNEXPECTED(outside_ > covered_)) {
+            cover();
+        }
+    }
+    size_t charged() const { return outside_; }
+    // Takes back what was charged since charged() returned `before`.
+    void dischargeTo(size_t before);
+
+private:
+    friend class NestingLevel;
+
+    void interrupted();
+    void grow(std::string& text, size_t more);
+    void cover();
+
+    // Small calls are not worth an allocation: this much goes uncharged.
+    static constexpr size_t FREE_BYTES = 256 * 1024;
+
+    size_t outside_ = 0;
+    size_t covered_ = FREE_BYTES;
+    // Never written to, so they cost address space and the limit, not memory.
+    std::vector<std::pair<void*, size_t>> ballast_;
+    unsigned depth_ = 0;
+    bool fatal_ = false;
+};
+
+// One level of nesting (a section's body, an included file) in either phase.
+class NestingLevel final {
+public:
+    explicit NestingLevel(EngineCall& call) : call_(call) { ++call_.depth_; }
+    NestingLevel(const NestingLevel&) = delete;
+    NestingLevel& operator=(const NestingLevel&) = delete;
+    ~NestingLevel() { --call_.depth_; }
+
+    // The engine's own stack limit decides, where it knows one.
+    bool tooDeep() const
+    {
+#ifdef ZEND_CHECK_STACK_LIMIT
+        if (EXPECTED(EG(stack_limit) != nullptr)) {
+            return zend_call_stack_overflowed(EG(stack_limit));
+        }
+#endif
+        return call_.depth_ > DEPTH_WITHOUT_STACK_LIMIT;
+    }
+
+private:
+    static constexpr unsigned DEPTH_WITHOUT_STACK_LIMIT = 512;
+
+    EngineCall& call_;
+};
+
+// Keeps an array, or an object and its property table, alive and unchanged
+// while it is iterated: user code that writes to it meanwhile gets a copy.
+class HeldTable final {
+public:
+    // `value` is an array or an object; for anything else table() is null.
+    HeldTable(EngineCall& call, const zval* value);
+    HeldTable(const HeldTable&) = delete;
+    HeldTable& operator=(const HeldTable&) = delete;
+    ~HeldTable();
+
+    HashTable* table() const { return table_; }
+
+private:
+    void holdProperties(zend_object* object);
+
+    EngineCall& call_;
+    HashTable* table_ = nullptr;
+    zval value_;
+    zval properties_;
+};
+
+#endif

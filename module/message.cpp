@@ -1,0 +1,112 @@
+#include "module/message.h"
+
+#include <algorithm>
+
+namespace {
+
+// How far the formatter may widen a message. Wider than that is an accident of
+// the text, or an attempt to fill the memory.
+constexpr size_t WIDEST_CONVERSION = 99;
+constexpr size_t WIDEST_MESSAGE = 64 * 1024;
+
+// A conversion as the engine's formatter reads it.
+struct Conversion {
+    size_t length = 0; // of the text behind its '%', conversion byte included
+    size_t width = 0;
+    bool fetchesArgument = false;
+};
+
+bool isOneOf(char byte, std::string_view set)
+{
+    return set.find(byte) != std::string_view::npos;
+}
+
+// Reads conversions from the text behind a '%', in the formatter's own order.
+class ConversionScanner {
+public:
+    explicit ConversionScanner(std::string_view text) : text_(text) {}
+
+    Conversion scan()
+    {
+        // Anything but a lower-case letter or a byte above ASCII may begin the
+        // flags, width and precision.
+        const auto first = static_cast<unsigned char>(peek());
+        if (first < 0x80 && !(first >= 'a' && first <= 'z')) {
+            while (isOneOf(peek(), "-+# 0")) {
+                ++at_;
+            }
+            conversion_.width = number();
+            if (peek() == '.') {
+                ++at_;
+                number();
+            }
+        }
+        skipModifier();
+        if (at_ < text_.size()) {
+            conversion_.fetchesArgument |= isOneOf(text_[at_], "diouxXsSZcfFeEgGkHpn");
+            ++at_;
+        }
+        conversion_.length = at_;
+        return conversion_;
+    }
+
+private:
+    // The end of the text is told by a NUL, as it is to the formatter.
+    char peek() const { return at_ < text_.size() ? text_[at_] : '\0'; }
+
+    size_t number()
+    {
+        if (peek() == '*') {
+            conversion_.fetchesArgument = true;
+            ++at_;
+            return 0;
+        }
+        size_t value = 0;
+        for (; peek() >= '0' && peek() <= '9'; ++at_) {
+            value = std::min(value * 10 + static_cast<size_t>(peek() - '0'), WIDEST_MESSAGE);
+        }
+        return value;
+    }
+
+    void skipModifier()
+    {
+        const char modifier = peek();
+        if (isOneOf(modifier, "Llzjth") && modifier != '\0') {
+            ++at_;
+            if ((modifier == 'l' || modifier == 'h') && peek() == modifier) {
+                ++at_;
+            }
+        }
+    }
+
+    std::string_view text_;
+    size_t at_ = 0;
+    Conversion conversion_;
+};
+
+}
+
+std::string disarmFormat(std::string_view message)
+{
+    std::string result;
+    result.reserve(message.size() + message.size() / 8);
+    size_t padding = 0;
+    size_t position = 0;
+    for (size_t percent; (percent = message.find('%', position)) != std::string_view::npos;) {
+        result.append(message, position, percent - position);
+        const Conversion conversion = ConversionScanner(message.substr(percent + 1)).scan();
+        const bool tooWide = conversion.width > WIDEST_CONVERSION
+            || padding + conversion.width > WIDEST_MESSAGE;
+        if (conversion.fetchesArgument || tooWide) {
+            // What stood behind the '%' is plain text now and may hold another.
+            result += "%%";
+            position = percent + 1;
+        } else {
+            padding += conversion.width;
+            position = percent + 1 + conversion.length;
+            result.append(message, percent, position - percent);
+        }
+    }
+    result.append(message, position);
+    return result;
+}
