@@ -1,0 +1,85 @@
+// The four escaping tags. A string at the top level of the user data is escaped
+// once, here, in the charset of the request; what depends on a section becomes a
+// block and is escaped byte by byte when it is rendered. The two differ for
+// non-ASCII text, and pages depend on either, so neither may follow the other.
+#include "template/template.h"
+
+namespace {
+
+zend_string* addslashes(zend_string* text)
+{
+    return php_addslashes(text);
+}
+
+zend_string* escapeHtml(zend_string* text, bool allEntities)
+{
+    return php_escape_html_entities(reinterpret_cast<const unsigned char*>(ZSTR_VAL(text)),
+        ZSTR_LEN(text), allEntities, ENT_COMPAT, nullptr);
+}
+
+zend_string* htmlentities(zend_string* text)
+{
+    return escapeHtml(text, true);
+}
+
+zend_string* htmlspecialchars(zend_string* text)
+{
+    return escapeHtml(text, false);
+}
+
+zend_string* rawurlencode(zend_string* text)
+{
+    return php_raw_url_encode(ZSTR_VAL(text), ZSTR_LEN(text));
+}
+
+}
+
+template <class EscapedBlock>
+void Template::analyzeEscapingBlock(Blocks& blocks, PendingText& text, std::string_view argument,
+    EscapingFunction escape) const
+{
+    const ReferenceText reference = parseReference(argument);
+    if (reference.kind != VariableKind::ROOT_VALUE) {
+        storeTextBlock(blocks, text);
+        addBlock(blocks,
+            std::make_unique<EscapedBlock>(std::string(reference.namespaceName),
+                reference.path.keys(), reference.kind == VariableKind::SECTION_KEY));
+        return;
+    }
+    const zval* value = findRootValue(reference.path);
+    // Unlike the variable tag, these tags print strings only.
+    if (value == nullptr || Z_TYPE_P(value) != IS_STRING) {
+        return;
+    }
+    // Held, because a charset that PHP warns about runs the user's error handler.
+    const EngineString original(zend_string_copy(Z_STR_P(value)));
+    zend_string* result = nullptr;
+    call().attempt([&] { result = escape(original.get()); });
+    const EngineString escaped(result);
+    call().leaveIfAbandoned();
+    append(text->text, escaped.text());
+}
+
+void Template::analyzeAddslashesBlock(Blocks& blocks, PendingText& text,
+    std::string_view argument) const
+{
+    analyzeEscapingBlock<AddslashesBlock>(blocks, text, argument, addslashes);
+}
+
+void Template::analyzeHtmlentitiesBlock(Blocks& blocks, PendingText& text,
+    std::string_view argument) const
+{
+    analyzeEscapingBlock<HtmlentitiesBlock>(blocks, text, argument, htmlentities);
+}
+
+void Template::analyzeHtmlspecialcharsBlock(Blocks& blocks, PendingText& text,
+    std::string_view argument) const
+{
+    analyzeEscapingBlock<HtmlspecialcharsBlock>(blocks, text, argument, htmlspecialchars);
+}
+
+void Template::analyzeRawurlencodeBlock(Blocks& blocks, PendingText& text,
+    std::string_view argument) const
+{
+    analyzeEscapingBlock<RawurlencodeBlock>(blocks, text, argument, rawurlencode);
+}

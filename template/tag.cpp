@@ -1,0 +1,74 @@
+#include "template/tag.h"
+
+#include <vector>
+
+#include "template/template.h"
+
+namespace {
+
+constexpr std::string_view BLANKS = " \t\r\n\f\v";
+
+struct Keyword {
+    std::string_view text;
+    Block::BlockType type;
+};
+
+// Searched in this order; a tag that begins with a keyword is of its type, also
+// when no blank follows ("optionalname" is an optional section on "name").
+const std::vector<Keyword>& keywords()
+{
+    static const std::vector<Keyword> table = {
+        {"include", Block::INCLUDE},
+        {"optional", Block::OPTIONAL},
+        {"!optional", Block::NOT_OPTIONAL},
+        {"/optional", Block::OPTIONAL_END},
+        {"dynamic", Block::DYNAMIC},
+        {"rdynamic", Block::RDYNAMIC},
+        {"/dynamic", Block::DYNAMIC_END},
+        {"/rdynamic", Block::RDYNAMIC_END},
+        {"addslashes", Block::ADDSLASHES},
+        {"htmlentities", Block::HTMLENTITIES},
+        {"htmlspecialchars", Block::HTMLSPECIALCHARS},
+        {"rawurlencode", Block::RAWURLENCODE},
+    };
+    return table;
+}
+
+// A text of blanks only comes back whole, not empty: templates rely on "{ }"
+// and its like being written back as they stand.
+std::string_view trimmed(std::string_view text)
+{
+    if (const size_t first = text.find_first_not_of(BLANKS); first != std::string_view::npos) {
+        const size_t last = text.find_last_not_of(BLANKS);
+        return text.substr(first, last - first + 1);
+    }
+    return text;
+}
+
+}
+
+bool isBlank(char byte)
+{
+    return BLANKS.find(byte) != std::string_view::npos;
+}
+
+TagText matchTag(std::string_view tag)
+{
+    for (const Keyword& keyword : keywords()) {
+        if (tag.starts_with(keyword.text)) {
+            return {trimmed(tag.substr(keyword.text.size())), keyword.type};
+        }
+    }
+    return {trimmed(tag), Block::MULTI_VARIABLE};
+}
+
+TagMatch Template::matchInput(std::string_view tag)
+{
+    const auto [argument, type] = matchTag(tag);
+    return {std::string(argument), type};
+}
+
+std::string Template::trim(std::string_view text, size_t offset)
+{
+    return text.empty() ? std::string() : std::string(trimmed(text.substr(offset)));
+}

@@ -1,0 +1,124 @@
+// The analysis driver: alternates between literal text and tags. Sections and
+// included files recurse into it, so its depth is the template's nesting.
+#include "template/template.h"
+
+#include <utility>
+
+#include "template/error.h"
+#include "template/tag.h"
+
+namespace {
+
+// What a block costs outside the engine's allocator, roughly: two strings and a
+// deque, which allocates also when it is empty.
+constexpr size_t BLOCK_BYTES = 1024;
+constexpr size_t TEXT_BLOCK_BYTES = 96;
+
+}
+
+Template::Template(std::string fileName, PHPInterface& phpInterface, bool stringMode)
+    : phpInterface(phpInterface),
+      input(fileName, stringMode, phpInterface.engineCall),
+      stringMode(stringMode)
+{
+    fileNames.push_back(std::move(fileName));
+}
+
+void Template::analyzeTemplate()
+{
+    auto pending = std::make_unique<TextBlock>();
+    _analyzeTemplate(blocks, pending, Block::VARIABLE);
+}
+
+void Template::_analyzeTemplate(Blocks& blocks, PendingText& text, Block::BlockType closing)
+{
+    const NestingLevel level(call());
+    checkDepth(level);
+    while (!input.exhausted()) {
+        call().checkTime();
+        if (input.fillBufferTillMark(text->text, '{') && analyzeTag(blocks, text, closing)) {
+            storeTextBlock(blocks, text);
+            return;
+        }
+    }
+    storeTextBlock(blocks, text);
+    if (closing != Block::VARIABLE) {
+        throwError("Missing closing tag in ", currentFile());
+    }
+}
+
+bool Template::analyzeTag(Blocks& blocks, PendingText& text, Block::BlockType closing)
+{
+    // A tag that the input's end cuts off is taken as it is.
+    std::string tag;
+    input.fillBufferTillMark(tag, '}');
+    const auto [argument, type] = matchTag(tag);
+    switch (type) {
+    case Block::MULTI_VARIABLE:
+        analyzeVariableBlock(blocks, text, argument);
+        return false;
+    case Block::INCLUDE:
+        analyzeIncludeBlock(blocks, text, argument);
+        return false;
+    case Block::OPTIONAL:
+    case Block::NOT_OPTIONAL:
+        analyzeOptionalBlock(blocks, text, argument, type == Block::NOT_OPTIONAL);
+        return false;
+    case Block::DYNAMIC:
+    case Block::RDYNAMIC:
+        analyzeDynamicBlock(blocks, text, argument, type == Block::RDYNAMIC);
+        return false;
+    case Block::ADDSLASHES:
+        analyzeAddslashesBlock(blocks, text, argument);
+        return false;
+    case Block::HTMLENTITIES:
+        analyzeHtmlentitiesBlock(blocks, text, argument);
+        return false;
+    case Block::HTMLSPECIALCHARS:
+        analyzeHtmlspecialcharsBlock(blocks, text, argument);
+        return false;
+    case Block::RAWURLENCODE:
+        analyzeRawurlencodeBlock(blocks, text, argument);
+        return false;
+    case Block::OPTIONAL_END:
+        if (closing != type) {
+            throwError("Unexpected closing optional tag in ", currentFile());
+        }
+        return true;
+    case Block::DYNAMIC_END:
+        if (closing != type) {
+            throwError("Unexpected closing dynamic tag in ", currentFile());
+        }
+        return true;
+    case Block::RDYNAMIC_END:
+        if (closing != type) {
+            throwError("Unexpected closing rdynamic tag in ", currentFile());
+        }
+        return true;
+    default:
+        return false;
+    }
+}
+
+void Template::storeTextBlock(Blocks& blocks, PendingText& text) const
+{
+    if (!text->text.empty()) {
+        call().charge(TEXT_BLOCK_BYTES);
+        auto fresh = std::make_unique<TextBlock>();
+        blocks.push_back(std::move(text));
+        text = std::move(fresh);
+    }
+}
+
+void Template::addBlock(Blocks& blocks, std::unique_ptr<Block> block) const
+{
+    call().charge(BLOCK_BYTES);
+    blocks.push_back(std::move(block));
+}
+
+void Template::checkDepth(const NestingLevel& level) const
+{
+    if (level.tooDeep()) {
+        throwError("Template nesting is too deep in ", currentFile());
+    }
+}
