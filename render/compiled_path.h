@@ -1,0 +1,70 @@
+// A path of keys with what each lookup needs worked out once: whether a key is
+// an index, and its hash. For paths that are walked at every element.
+#ifndef TEMPLATE_RENDER_COMPILED_PATH_H
+#define TEMPLATE_RENDER_COMPILED_PATH_H
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "module/engine.h"
+#include "module/php_interface.h"
+#include "template/reference.h"
+
+// The number that `key` is the canonical decimal form of, from 0 up to the
+// largest 64-bit number; none for "007", "-1", "+3" and the like, which are
+// string keys.
+std::optional<zend_ulong> indexOf(std::string_view key);
+
+class CompiledPath final {
+public:
+    explicit CompiledPath(PathText path);
+    explicit CompiledPath(const std::deque<std::string>& path);
+
+    // The element that the path leads to from `start`, which must not be null;
+    // null when there is none. Same rules as Template::findVariable().
+    const zval* walk(PHPInterface& phpInterface, const zval* start) const
+    {
+        const zval* current = start;
+        for (const Step& step : steps_) {
+            // Every step but the first must start from an array.
+            if (&step != steps_.data() && Z_TYPE_P(current) != IS_ARRAY) {
+                return nullptr;
+            }
+            current = step.find(phpInterface, current);
+            if (current == nullptr) {
+                return nullptr;
+            }
+        }
+        return current;
+    }
+
+private:
+    class Step {
+    public:
+        explicit Step(std::string_view key);
+
+        const zval* find(PHPInterface& phpInterface, const zval* from) const
+        {
+            if (key_.get() == nullptr) {
+                return phpInterface.hashIndexFind(index_, from);
+            }
+            if (Z_TYPE_P(from) != IS_ARRAY) {
+                return nullptr;
+            }
+            return zend_hash_find_known_hash(Z_ARRVAL_P(from), key_.get());
+        }
+
+    private:
+        // Outside the engine's allocator, so that making one cannot fail; empty
+        // for an index.
+        EngineString key_;
+        zend_ulong index_ = 0;
+    };
+
+    std::vector<Step> steps_;
+};
+
+#endif

@@ -1,0 +1,84 @@
+// Repeated sections, while rendering. User code can run between two elements
+// (printing an object does), so what is iterated is held meanwhile.
+#include <charconv>
+#include <iterator>
+
+#include "template/template.h"
+
+namespace {
+
+// The key at the position as text. An integer is read as unsigned: key -1 has
+// always come out as 18446744073709551615, and templates compare with it.
+void assignKey(std::string& key, HashTable* table, const HashPosition& position)
+{
+    zend_string* text;
+    zend_ulong number;
+    if (zend_hash_get_current_key_ex(table, &text, &number, &position) == HASH_KEY_IS_STRING) {
+        key.assign(ZSTR_VAL(text), ZSTR_LEN(text));
+        return;
+    }
+    char digits[24];
+    key.assign(digits, std::to_chars(std::begin(digits), std::end(digits), number).ptr);
+}
+
+}
+
+void Template::_getResultDynamic(DynamicBlock& block, std::string& out, const zval* data,
+    bool reversed)
+{
+    const zval* value = block.isActive ? valueToIterate(block, data) : nullptr;
+    if (value == nullptr) {
+        return;
+    }
+    {
+        const HeldTable held(call(), value);
+        call().leaveIfAbandoned();
+        if (held.table() != nullptr) {
+            dynamicStack.push_back(&block);
+            renderElements(block, out, held.table(), reversed);
+            dynamicStack.pop_back();
+        }
+    }
+    // Letting go of the table can run destructors.
+    call().leaveIfAbandoned();
+}
+
+// The array, or through "num" the object, that the section is about; null when
+// there is none.
+const zval* Template::valueToIterate(DynamicBlock& block, const zval* data) const
+{
+    if (block.data != nullptr) {
+        // Reached through a PHP reference, it may have become something else.
+        return Z_TYPE_P(block.data) == IS_ARRAY ? block.data : nullptr;
+    }
+    const auto start = findSection(block.namespaceName, data);
+    if (!start) {
+        return nullptr;
+    }
+    if (!block.compiledPath) {
+        block.compiledPath.emplace(block.path);
+    }
+    const zval* value = block.compiledPath->walk(phpInterface, start->data);
+    if (value == nullptr || Z_TYPE_P(value) != IS_ARRAY) {
+        return nullptr;
+    }
+    const zval* num = findNum(value);
+    return num != nullptr ? num : value;
+}
+
+void Template::renderElements(DynamicBlock& block, std::string& out, HashTable* table,
+    bool reversed)
+{
+    const auto first
+        = reversed ? zend_hash_internal_pointer_end_ex : zend_hash_internal_pointer_reset_ex;
+    const auto advance = reversed ? zend_hash_move_backwards_ex : zend_hash_move_forward_ex;
+    HashPosition position = 0;
+    first(table, &position);
+    while (const zval* element = zend_hash_get_current_data_ex(table, &position)) {
+        call().checkTime();
+        assignKey(block.currentKey, table, position);
+        block.currentData = element;
+        _getResult(block.blocks, out, element);
+        advance(table, &position);
+    }
+}

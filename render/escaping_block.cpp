@@ -1,0 +1,72 @@
+// The four escaping tags, while rendering. Text is taken for ISO-8859-1 here,
+// whatever the charset of the request, so every byte is escaped by itself.
+#include "render/byte_escaper.h"
+#include "template/template.h"
+
+namespace {
+
+zend_string* escapeHtml(std::string_view text, bool allEntities)
+{
+    return php_escape_html_entities(reinterpret_cast<const unsigned char*>(text.data()),
+        text.size(), allEntities, ENT_COMPAT, "ISO-8859-1");
+}
+
+zend_string* addslashes(std::string_view text)
+{
+    zend_string* original = zend_string_init(text.data(), text.size(), false);
+    zend_string* escaped = php_addslashes(original);
+    zend_string_release(original);
+    return escaped;
+}
+
+const CompiledPath& compiledPath(const VariableBlock& block)
+{
+    if (!block.compiledPath) {
+        block.compiledPath.emplace(block.path);
+    }
+    return *block.compiledPath;
+}
+
+}
+
+void Template::appendEscaped(const VariableBlock& block, std::string& out, const zval* data,
+    const ByteEscaper& escaper) const
+{
+    const ValueText text
+        = sectionText(block.namespaceName, block.isKey, compiledPath(block), data);
+    if (text.exists()) {
+        escaper.append(call(), out, text.view());
+    }
+}
+
+void Template::_getResultAddslashes(const AddslashesBlock& block, std::string& out,
+    const zval* data) const
+{
+    static const ByteEscaper escaper(call(), addslashes);
+    appendEscaped(block, out, data, escaper);
+}
+
+void Template::_getResultHtmlentities(const HtmlentitiesBlock& block, std::string& out,
+    const zval* data) const
+{
+    static const ByteEscaper escaper(call(),
+        [](std::string_view text) { return escapeHtml(text, true); });
+    appendEscaped(block, out, data, escaper);
+}
+
+void Template::_getResultHtmlspecialchars(const HtmlspecialcharsBlock& block, std::string& out,
+    const zval* data) const
+{
+    static const ByteEscaper escaper(call(),
+        [](std::string_view text) { return escapeHtml(text, false); });
+    appendEscaped(block, out, data, escaper);
+}
+
+void Template::_getResultRawurlencode(const RawurlencodeBlock& block, std::string& out,
+    const zval* data) const
+{
+    static const ByteEscaper escaper(call(), [](std::string_view text) {
+        return php_raw_url_encode(text.data(), text.size());
+    });
+    appendEscaped(block, out, data, escaper);
+}

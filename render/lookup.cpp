@@ -1,0 +1,98 @@
+// Variable lookup: the walk along a path of keys, and where a reference that is
+// relative to a dynamic section starts from.
+#include "template/template.h"
+
+namespace {
+
+// The walk goes on from arrays only: neither objects nor PHP references are
+// looked into, wherever they are met.
+bool leadsOn(const zval* value)
+{
+    return value != nullptr && Z_TYPE_P(value) == IS_ARRAY;
+}
+
+}
+
+const zval* Template::findStep(std::string_view key, const zval* from) const
+{
+    if (const auto index = indexOf(key)) {
+        return phpInterface.hashIndexFind(*index, from);
+    }
+    return phpInterface.hashFind(key, from);
+}
+
+const zval* Template::findNum(const zval* from) const
+{
+    return phpInterface.hashFind("num", from);
+}
+
+const zval* Template::findVariable(const std::deque<std::string>& path, const zval* data) const
+{
+    const zval* current = data;
+    for (size_t i = 0; i < path.size(); ++i) {
+        if (i > 0 && !leadsOn(current)) {
+            return nullptr;
+        }
+        current = findStep(path[i], current);
+    }
+    return current;
+}
+
+// findVariable() from the root, for a path that is still text.
+const zval* Template::findRootValue(PathText path) const
+{
+    const zval* current = findStep(path.next(), nullptr);
+    while (!path.empty()) {
+        if (!leadsOn(current)) {
+            return nullptr;
+        }
+        current = findStep(path.next(), current);
+    }
+    return current;
+}
+
+// The named section, the outermost of that name, or else the innermost one;
+// nothing outside of sections and for a name that is not open.
+std::optional<Template::SectionStart> Template::findSection(std::string_view namespaceName,
+    const zval* data) const
+{
+    if (data == nullptr || dynamicStack.empty()) {
+        return std::nullopt;
+    }
+    if (namespaceName.empty()) {
+        return SectionStart{dynamicStack.back(), data};
+    }
+    for (const DynamicBlock* section : dynamicStack) {
+        if (section->name == namespaceName) {
+            return SectionStart{section, section->currentData};
+        }
+    }
+    return std::nullopt;
+}
+
+ValueText Template::sectionText(std::string_view namespaceName, bool isKey,
+    const CompiledPath& path, const zval* data) const
+{
+    const auto start = findSection(namespaceName, data);
+    if (!start) {
+        return ValueText();
+    }
+    if (isKey) {
+        // Like any other text, a key ends at its first NUL.
+        return ValueText(std::string_view(start->section->currentKey.c_str()));
+    }
+    const zval* value = path.walk(phpInterface, start->data);
+    return value != nullptr ? ValueText(call(), value) : ValueText();
+}
+
+std::unique_ptr<char, void (*)(void*)> Template::_getResultVariableStringValue(
+    const VariableBlock& block, const zval* data) const
+{
+    char* copy = nullptr;
+    const ValueText text
+        = sectionText(block.namespaceName, block.isKey, CompiledPath(block.path), data);
+    if (text.exists()) {
+        call().run([&] { copy = estrndup(text.view().data(), text.view().size()); });
+    }
+    return {copy, [](void* text) { efree(text); }};
+}

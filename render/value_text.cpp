@@ -1,0 +1,48 @@
+#include "render/value_text.h"
+
+#include <charconv>
+#include <iterator>
+
+ValueText::ValueText(EngineCall& call, const zval* value)
+{
+    if (UNEXPECTED(Z_TYPE_P(value) == IS_INDIRECT)) {
+        value = Z_INDIRECT_P(value);
+    }
+    ZVAL_DEREF(value);
+    exists_ = true;
+    switch (Z_TYPE_P(value)) {
+    case IS_UNDEF:
+        exists_ = false;
+        break;
+    case IS_STRING:
+        text_ = {Z_STRVAL_P(value), std::strlen(Z_STRVAL_P(value))};
+        break;
+    case IS_LONG:
+        text_ = {digits_,
+            std::to_chars(std::begin(digits_), std::end(digits_), Z_LVAL_P(value)).ptr};
+        break;
+    case IS_NULL:
+    case IS_FALSE:
+        break;
+    case IS_TRUE:
+        text_ = "1";
+        break;
+    default:
+        convert(call, value);
+    }
+}
+
+void ValueText::convert(EngineCall& call, const zval* value)
+{
+    zend_string* text = nullptr;
+    call.attempt([&] {
+        // The user code that runs may drop the value that is being converted.
+        zval held;
+        ZVAL_COPY(&held, value);
+        text = zval_get_string(&held);
+        zval_ptr_dtor(&held);
+    });
+    converted_ = EngineString(text);
+    call.leaveIfAbandoned();
+    text_ = converted_.text();
+}

@@ -1,0 +1,35 @@
+// The text that a PHP value prints as.
+#ifndef TEMPLATE_RENDER_VALUE_TEXT_H
+#define TEMPLATE_RENDER_VALUE_TEXT_H
+
+#include <string_view>
+
+#include "module/engine.h"
+
+// The text of a value up to its first NUL. Strings are borrowed from the value,
+// so it is to be used up before any user code can run.
+class ValueText final {
+public:
+    // No value at all, which is not the same as an empty text.
+    ValueText() = default;
+    explicit ValueText(std::string_view text) : text_(text), exists_(true) {}
+    // Follows a PHP reference and a declared property's slot; an unset slot has
+    // no value. Other types go through PHP's own conversion, which can run user
+    // code: throws CallAbandoned when that ends the call.
+    ValueText(EngineCall& call, const zval* value);
+    ValueText(const ValueText&) = delete;
+    ValueText& operator=(const ValueText&) = delete;
+
+    bool exists() const { return exists_; }
+    std::string_view view() const { return text_; }
+
+private:
+    void convert(EngineCall& call, const zval* value);
+
+    std::string_view text_;
+    bool exists_ = false;
+    EngineString converted_;
+    char digits_[24];
+};
+
+#endif
