@@ -1,78 +1,121 @@
 # Builds the extension out of tree, through phpize, configure and make, in BUILD; TEMPLATE_SO is
-# the module. Each flavour has a folder of its own; what is up to date costs nothing.
+# the module, and PHP the program to load it. What is up to date costs nothing.
 #
 # build [plain|strict|asan|coverage]
 
 # What of the checkout goes into the extension.
 SOURCES=(config.m4 template_arginfo.h template.stub.php module input template render)
 
-# libtool cannot work below a path with blanks or quotes in it: then a folder elsewhere serves.
-build_folder() {
-    local plain='^[A-Za-z0-9/._+,@-]+$' place
-    for place in "$ROOT/.build" "$CACHE/build/$(cksum <<<"$ROOT" | tr ' ' -)" "/var/tmp/php-template-$EUID/$(cksum <<<"$ROOT" | tr ' ' -)"; do
-        if [[ $place =~ $plain ]]; then
-            printf '%s\n' "$place"
-            return
-        fi
-    done
-}
+SANITIZERS='-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer'
+STRICT='-Wall -Wextra -Wpedantic -Werror'
 
 build() {
-    local flavour=${1-plain}
     need base
-    case $flavour in
+    case ${1-plain} in
         plain) build_flavour plain g++ '-g -O2' ;;
         strict)
-            build_flavour strict-g++ g++ '-O2 -Wall -Wextra -Wpedantic -Werror'
-            build_flavour strict-clang++ clang++ '-O2 -Wall -Wextra -Wpedantic -Werror'
+            build_flavour strict-g++ g++ "-O2 $STRICT"
+            build_flavour strict-clang++ clang++ "-O2 $STRICT"
             ;;
-        asan) build_flavour asan g++ '-g -O1 -fno-omit-frame-pointer -fsanitize=address,undefined' ;;
-        coverage) build_flavour coverage g++ '-g -O0 --coverage' ;;
-        *) die "There is no build flavour \"$flavour\": plain, strict, asan and coverage are those." ;;
+        asan)
+            build_flavour asan g++ "-g -O1 $SANITIZERS"
+            export EXTRA_FLAGS=$SANITIZERS
+            PHP=$BUILD/php
+            ;;
+        coverage)
+            build_flavour coverage g++ '-g -O0 --coverage'
+            export EXTRA_FLAGS=--coverage
+            ;;
+        *) die "There is no build flavour \"$1\"; there are plain, strict, asan and coverage." ;;
     esac
 }
 
+# Each flavour has a folder of its own, in the checkout where that works: libtool cannot have
+# blanks or quotes in a path.
+build_folder() {
+    local plain='^[A-Za-z0-9/._+,@-]+$' place id
+    [[ ! $ROOT/.build =~ $plain ]] || { printf '%s\n' "$ROOT/.build"; return; }
+    id=$(cksum <<<"$ROOT" | tr ' ' -)
+    for place in "$CACHE/build/$id" "/var/tmp/php-template-$EUID/$id"; do
+        [[ ! $place =~ $plain ]] || { printf '%s\n' "$place"; return; }
+    done
+}
+
 build_flavour() {
-    local name=$1 compiler=$2 flags=$3 identity folder source
+    local name=$1 compiler=$2 flags=$3 folder identity
     folder=$(build_folder)
-    BUILD=$folder/$name
-    TEMPLATE_SO=$BUILD/modules/template.so
+    BUILD=$folder/$name TEMPLATE_SO=$folder/$name/modules/template.so
     export BUILD TEMPLATE_SO
-    identity="$CONFIG $(stat -c '%Y %i' "$([ "$KIND" != private ] || printf '%s' "$PRIVATE")$CONFIG") $compiler $flags"
+    identity="$(identify_php) $compiler $flags"
     ! up_to_date "$identity" || return 0
-    mkdir -p "$folder"
-    exec 9>"$folder/$name.lock"
+
+    mkdir -p "$folder" && exec 9>"$folder/$name.lock" || die "The folder $folder, in which the extension is built, cannot be written to."
     flock 9
     if ! up_to_date "$identity"; then
         say "Building the extension ($name) …"
-        configured "$identity" || configure_build "$compiler"
-        printf '%s\n' "$identity" >"$BUILD/identity"
-        touch "$BUILD/started"
-        inside make -C "$BUILD" -s -j"$(nproc)" CXXFLAGS="$flags" >"$BUILD/make.log" 2>&1 9>&- || { cat "$BUILD/make.log" >&2; die "The extension does not build."; }
-        mv "$BUILD/started" "$BUILD/built"
+        configured "$identity" || configure_build "$compiler" "$identity"
+        make_extension "$flags"
     fi
     exec 9>&-
 }
 
-configured() { [ "$(cat "$BUILD/identity" 2>/dev/null)" = "$1" ] && [ ! "$ROOT/config.m4" -nt "$BUILD/identity" ]; }
+# The PHP that the build is for, so that another one, or a newer, makes a new build.
+identify_php() {
+    local file=$PHP_CONFIG
+    [ "$KIND" != private ] || file=$PRIVATE$PHP_CONFIG
+    printf '%s %s' "$file" "$(stat -L -c '%Y %i' "$file")"
+}
 
 # Whether nothing has changed since the last build that ended well.
 up_to_date() {
-    [ -f "$BUILD/built" ] && configured "$1" && [ -f "$TEMPLATE_SO" ] &&
+    [ -f "$TEMPLATE_SO" ] && [ -f "$BUILD/built" ] && configured "$1" &&
         [ -z "$(cd "$ROOT" && find "${SOURCES[@]}" -newer "$BUILD/built" -print -quit 2>/dev/null)" ]
 }
 
+configured() {
+    [ -f "$BUILD/identity" ] && [ "$(<"$BUILD/identity")" = "$1" ] && [ ! "$ROOT/config.m4" -nt "$BUILD/identity" ]
+}
+
 # phpize leaves its files beside config.m4: it gets a folder of links to the sources, and make a
-# tree of its own.
+# tree of its own. The identity is written last, so that a build that got half-way starts afresh.
 configure_build() {
-    local compiler=$1 source
+    local source log=$BUILD/configure.log
     rm -rf "$BUILD"
     mkdir -p "$BUILD/src"
     for source in "${SOURCES[@]}"; do
         [ ! -e "$ROOT/$source" ] || ln -s "$ROOT/$source" "$BUILD/src/$source"
     done
-    {
-        (cd "$BUILD/src" && inside "$PHPIZE") &&
-            (cd "$BUILD" && inside env CXX="$compiler" src/configure --with-php-config="$CONFIG")
-    } >"$BUILD/configure.log" 2>&1 9>&- || { tail -n 20 "$BUILD/configure.log" >&2; die "The extension cannot be configured; the whole output is in $BUILD/configure.log."; }
+    (
+        cd "$BUILD/src" && inside "$PHPIZE" &&
+            cd "$BUILD" && inside env CXX="$1" src/configure --enable-template --with-php-config="$PHP_CONFIG"
+    ) >"$log" 2>&1 </dev/null 9>&- || {
+        tail -n 20 "$log" >&2
+        die "The extension cannot be configured; the whole output is in $log."
+    }
+    write_php_wrapper
+    printf '%s\n' "$2" >"$BUILD/identity"
+}
+
+# The engine's headers are not ours to warn about.
+make_extension() {
+    local log=$BUILD/make.log
+    touch "$BUILD/started"
+    inside make -C "$BUILD" -s -j"$(nproc)" CXXFLAGS="$1" \
+        INCLUDES="$(inside "$PHP_CONFIG" --includes | sed 's/-I/-isystem /g')" >"$log" 2>&1 </dev/null 9>&- || {
+        cat "$log" >&2
+        die "The extension does not build."
+    }
+    mv "$BUILD/started" "$BUILD/built"
+}
+
+# A module with AddressSanitizer needs its library loaded before everything else, and the memory
+# that PHP hands out taken straight from malloc, which it watches.
+write_php_wrapper() {
+    cat >"$BUILD/php" <<END
+#!/bin/sh
+export LD_PRELOAD="\$(g++ -print-file-name=libasan.so) \$(g++ -print-file-name=libstdc++.so)"
+export USE_ZEND_ALLOC=0 ZEND_DONT_UNLOAD_MODULES=1
+exec $PHP "\$@"
+END
+    chmod +x "$BUILD/php"
 }

@@ -40,9 +40,11 @@ mount --rbind "$system/usr" /usr
 cd "$here"
 PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8
 export PATH LC_ALL
-# /var stays the machine's, so that its files can be read; the packages in here are recorded there.
+# /var stays the machine's, so that its files can be read; what is installed in here is recorded
+# in the private system, and added to from outside.
 DPKG_ADMINDIR=$system/var/lib/dpkg
-export DPKG_ADMINDIR
+APT_CONFIG=$system/etc/apt/inside.conf
+export DPKG_ADMINDIR APT_CONFIG
 unset LD_LIBRARY_PATH LANGUAGE CC CXX CPP PERL5LIB PYTHONHOME PYTHONPATH
 
 [ "$user" != 0 ] || exec "$@"

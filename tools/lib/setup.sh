@@ -131,15 +131,23 @@ make_anew() {
     fi
     show_progress $! "$log"
     wait $! || explain "$log" "Making the private system"
-    mkdir -p "$new/root/var/lib/php-template"
-    for group in base fpm; do cp "$ROOT/tools/packages/$group.txt" "$new/root/var/lib/php-template/"; done
-    for file in passwd group hosts resolv.conf; do [ -e "$new/root/etc/$file" ] || : >"$new/root/etc/$file"; done
-    printf '#!/bin/sh\nexit 101\n' >"$new/root/usr/sbin/policy-rc.d"
-    chmod +x "$new/root/usr/sbin/policy-rc.d"
+    finish "$new/root"
     mv "$new/root" "$PRIVATE"
     rm_tree "$new"
     trap - EXIT INT TERM HUP
     say "The private system is ready."
+}
+
+# What entering the system and adding to it count on: files to mount the machine's own over, no
+# service started by a package, and no package added from inside, where /var is not its own.
+finish() {
+    local root=$1 name
+    for name in passwd group hosts resolv.conf; do [ -e "$root/etc/$name" ] || : >"$root/etc/$name"; done
+    printf '#!/bin/sh\nexit 101\n' >"$root/usr/sbin/policy-rc.d"
+    chmod +x "$root/usr/sbin/policy-rc.d"
+    printf '%s\n' 'DPkg::Pre-Invoke { "echo Packages are added by a group in tools/packages. >&2; exit 1"; };' >"$root/etc/apt/inside.conf"
+    mkdir -p "$root/var/lib/php-template"
+    for name in base fpm; do cp "$ROOT/tools/packages/$name.txt" "$root/var/lib/php-template/"; done
 }
 
 show_progress() { :; }

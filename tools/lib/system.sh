@@ -32,7 +32,7 @@ suits() {
         { WHY_NOT="$config names $binary, which does not run"; return 1; }
     [ -z "$build" ] || { WHY_NOT="the PHP of $config is a $build build"; return 1; }
     PHP=$binary
-    CONFIG=$(command -v -- "$config")
+    PHP_CONFIG=$(command -v -- "$config")
 }
 
 # Settles which system it is, and makes it when there is none yet. Costs nothing when settled.
@@ -50,20 +50,20 @@ find_system() {
         done
     fi
     if [ "$KIND" = own ]; then
-        [[ $CONFIG != /usr/bin/* ]] || ! command -v apt-get >/dev/null || KIND=host
+        [[ $PHP_CONFIG != /usr/bin/* ]] || ! command -v apt-get >/dev/null || KIND=host
     elif [ -d "$PRIVATE" ]; then
         enter_private
     else
         . "$ROOT/tools/lib/setup.sh"
         set_up_system
     fi
-    export PHP
+    export PHP PHP_CONFIG
 }
 
 # The commands that stand before a command to run it in the private system. An ordinary user gets
 # the right to mount from a name space of his own, and is himself again when the command starts.
 enter_private() {
-    KIND=private PHP=/usr/bin/php8.4 CONFIG=/usr/bin/php-config8.4 PHPIZE=/usr/bin/phpize8.4
+    KIND=private PHP=/usr/bin/php8.4 PHP_CONFIG=/usr/bin/php-config8.4 PHPIZE=/usr/bin/phpize8.4
     local unshare=(unshare --mount)
     [ "$EUID" -eq 0 ] || unshare=(unshare --user --map-root-user --mount)
     ENTER=("${unshare[@]}" -- /bin/sh "$ROOT/tools/lib/enter.sh" "$PRIVATE" "$EUID" "$(id -g)" "$ROOT")
