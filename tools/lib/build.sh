@@ -20,6 +20,7 @@ build() {
         asan)
             build_flavour asan g++ "-g -O1 $SANITIZERS"
             export EXTRA_FLAGS=$SANITIZERS
+            [ -x "$BUILD/php" ] || write_php_wrapper
             PHP=$BUILD/php
             ;;
         coverage)
@@ -92,7 +93,6 @@ configure_build() {
         tail -n 20 "$log" >&2
         die "The extension cannot be configured; the whole output is in $log."
     }
-    write_php_wrapper
     printf '%s\n' "$2" >"$BUILD/identity"
 }
 
@@ -111,10 +111,11 @@ make_extension() {
 # A module with AddressSanitizer needs its library loaded before everything else, and the memory
 # that PHP hands out taken straight from malloc, which it watches.
 write_php_wrapper() {
+    local name libraries=
+    for name in libasan.so libstdc++.so; do libraries+="$(inside g++ -print-file-name="$name") "; done
     cat >"$BUILD/php" <<END
 #!/bin/sh
-export LD_PRELOAD="\$(g++ -print-file-name=libasan.so) \$(g++ -print-file-name=libstdc++.so)"
-export USE_ZEND_ALLOC=0 ZEND_DONT_UNLOAD_MODULES=1
+export LD_PRELOAD='${libraries% }' USE_ZEND_ALLOC=0 ZEND_DONT_UNLOAD_MODULES=1
 exec $PHP "\$@"
 END
     chmod +x "$BUILD/php"

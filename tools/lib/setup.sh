@@ -146,6 +146,8 @@ finish() {
     printf '#!/bin/sh\nexit 101\n' >"$root/usr/sbin/policy-rc.d"
     chmod +x "$root/usr/sbin/policy-rc.d"
     printf '%s\n' 'DPkg::Pre-Invoke { "echo Packages are added by a group in tools/packages. >&2; exit 1"; };' >"$root/etc/apt/inside.conf"
+    # apt cannot become its own user where only one user is mapped
+    printf 'APT::Sandbox::User "root";\n' >"$root/etc/apt/apt.conf.d/90one-user"
     mkdir -p "$root/var/lib/php-template"
     for name in base fpm; do cp "$ROOT/tools/packages/$name.txt" "$root/var/lib/php-template/"; done
 }
@@ -217,7 +219,7 @@ private_root() {
         mount --rbind /dev "$system/dev"
         mount -t proc proc "$system/proc"
         mount --bind /etc/resolv.conf "$system/etc/resolv.conf"
-        exec chroot "$system" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 \
-            DEBIAN_FRONTEND=noninteractive $fake "$@" -o APT::Sandbox::User=root
+        exec chroot "$system" env -u APT_CONFIG PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 \
+            DEBIAN_FRONTEND=noninteractive $fake "$@"
     ' sh "$PRIVATE" "$fake" "$@"
 }
