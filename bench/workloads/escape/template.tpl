@@ -1,0 +1,3 @@
+<ol>
+{dynamic text,texts}<li>{htmlspecialchars text::*}</li>
+{/dynamic}</ol>
