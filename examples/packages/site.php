@@ -65,10 +65,10 @@ function main(string $database, string $path): void
     $renderer = new Renderer();
     $made = render_site($catalogue, new OutputFolder($path), $renderer, $progress);
 
-    printf("%6s pages, with %s packages in %s sections\n", number($made['pages']), number(count($catalogue['packages'])), number(count($catalogue['sections'])));
-    printf("%6s mails, one to each maintainer\n", number($made['mails']));
-    printf("%6s of text\n", size_text(intdiv($renderer->bytes, 1024)));
-    printf("%6.0f ms in %s calls of template()\n", $renderer->seconds * 1000, number($renderer->calls));
+    printf("%9s pages, with %s packages in %s sections\n", number($made['pages']), number(count($catalogue['packages'])), number(count($catalogue['sections'])));
+    printf("%9s mails, one to each maintainer\n", number($made['mails']));
+    printf("%9s bytes of text\n", number($renderer->bytes));
+    printf("%9s ms in %s calls of template()\n", number_format($renderer->seconds * 1000, 1), number($renderer->calls));
     printf("Open %s/index.html\n", realpath($path));
 }
 

@@ -47,9 +47,15 @@ function read_packages($file): iterable
 function clean_text(string $line): string
 {
     if (!preg_match('//u', $line)) {
-        $line = iconv('ISO-8859-1', 'UTF-8', $line);
+        $line = preg_replace_callback('/[\x80-\xff]/', fn($byte) => latin1_character(ord($byte[0])), $line);
     }
     return preg_replace('/[\x{0}-\x{8}\x{b}-\x{1f}\x{7f}-\x{9f}\x{fdd0}-\x{fdef}\x{fffe}\x{ffff}]/u', '', $line);
+}
+
+/** A Latin-1 character above 127 in UTF-8. */
+function latin1_character(int $code): string
+{
+    return chr(0xc0 | $code >> 6) . chr(0x80 | $code & 0x3f);
 }
 
 /**

@@ -3,11 +3,11 @@ The entry of one package. It is included inside a section named "package" and st
 Sections nest: "relations" holds a list for each kind of relation, in it groups that are all wanted, in each of them
 alternatives of which one will do. Between two alternatives stands an "or": before each but the one with the key 0.
 {/optional}<article class="package" id="{htmlspecialchars package::*::id}" data-kib="{package::*::kib}">
-<h3><a href="#{rawurlencode package::*::id}">{htmlspecialchars package::*::name}</a>{optional package::*::version}
-<span class="version">{htmlspecialchars package::*::version}</span>{/optional}{optional package::*::essential} <span class="badge">essential</span>{/optional}{!optional package::*::state 'installed'} <span class="badge">{htmlspecialchars package::*::state}</span>{/optional}</h3>
+<h3><a href="#{rawurlencode package::*::id}">{htmlspecialchars package::*::name}</a>
+<span class="version">{htmlspecialchars package::*::version}</span>{optional package::*::essential} <span class="badge">essential</span>{/optional}{!optional package::*::state 'installed'} <span class="badge">{htmlspecialchars package::*::state}</span>{/optional}</h3>
 <p class="size"><span class="bar" style="--part: {package::*::bar}%"></span> {package::*::size 'no size'}</p>
-{optional package::*::summary}<p class="summary">{htmlspecialchars package::*::summary}</p>
-{/optional}<details{optional few} open{/optional}>
+<p class="summary">{htmlspecialchars package::*::summary}</p>
+<details{optional few} open{/optional}>
 <summary>Details<span class="hidden"> of {htmlspecialchars package::*::name}</span></summary>
 {dynamic block,package::*::description}{optional block::*::kind 'text'}<p>{htmlspecialchars block::*::text}</p>
 {/optional}{optional block::*::kind 'verbatim'}<pre>{htmlspecialchars block::*::text}</pre>

@@ -1,0 +1,56 @@
+<?php
+declare(strict_types=1);
+
+/* The vocabulary of the checks. */
+
+$passed = $failed = 0;
+
+/** Reports a check: it holds when there is nothing to complain about. */
+function check(string $what, iterable $complaints): void
+{
+    global $passed, $failed;
+    $complaints = [...$complaints];
+    $complaints ? $failed++ : $passed++;
+    echo $complaints ? 'FAIL ' : 'ok   ', $what, "\n";
+    foreach (array_slice($complaints, 0, 10) as $complaint) {
+        echo "       $complaint\n";
+    }
+}
+
+/** Complains about every place where two lists or values differ. */
+function differences(mixed $expected, mixed $actual, string $where = ''): iterable
+{
+    if (is_array($expected) && is_array($actual)) {
+        foreach ($expected + $actual as $key => $_) {
+            yield from differences($expected[$key] ?? null, $actual[$key] ?? null, "$where/$key");
+        }
+    } elseif ($expected !== $actual) {
+        yield "$where: expected " . json_encode($expected, 320 | JSON_INVALID_UTF8_SUBSTITUTE) . ', got ' . json_encode($actual, 320 | JSON_INVALID_UTF8_SUBSTITUTE);
+    }
+}
+
+/** Runs a command and returns its exit status, output and error output. */
+function run(array $command, array $streams = [1 => ['pipe', 'w'], 2 => ['pipe', 'w']]): array
+{
+    $process = proc_open($command, [['file', '/dev/null', 'r']] + $streams, $pipes);
+    $texts = array_map(stream_get_contents(...), $pipes);
+    return [proc_close($process), $texts[1] ?? '', $texts[2] ?? ''];
+}
+
+function php(string ...$arguments): array
+{
+    return [PHP_BINARY, '-n', '-d', 'extension=' . getenv('TEMPLATE_SO'), ...$arguments];
+}
+
+function render(string $database, string $folder): array
+{
+    return run(php('examples/packages/site.php', $database, $folder));
+}
+
+function remove_tree(string $folder): void
+{
+    foreach (is_dir($folder) ? array_diff(scandir($folder), ['.', '..']) : [] as $name) {
+        is_dir("$folder/$name") ? remove_tree("$folder/$name") : unlink("$folder/$name");
+    }
+    @rmdir($folder);
+}
