@@ -108,11 +108,11 @@ make_extension() {
     mv "$BUILD/started" "$BUILD/built"
 }
 
-# A module with AddressSanitizer needs its library loaded before everything else, and the memory
+# A module with AddressSanitizer needs its libraries loaded before everything else, and the memory
 # that PHP hands out taken straight from malloc, which it watches.
 write_php_wrapper() {
     local name libraries=
-    for name in libasan.so libstdc++.so; do libraries+="$(inside g++ -print-file-name="$name") "; done
+    for name in libasan.so libubsan.so libstdc++.so; do libraries+="$(inside g++ -print-file-name="$name") "; done
     cat >"$BUILD/php" <<END
 #!/bin/sh
 export LD_PRELOAD='${libraries% }' USE_ZEND_ALLOC=0 ZEND_DONT_UNLOAD_MODULES=1
