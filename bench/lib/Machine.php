@@ -10,8 +10,6 @@ final class Machine
     /** @return array<string, string> */
     public static function describe(Settings $settings): array
     {
-        $worker = new Worker($settings, 'ours');
-        $found = $worker->describe();
         \preg_match('/^model name\s*: (.*)$/m', (string) @\file_get_contents('/proc/cpuinfo'), $processor);
         \preg_match('/^MemTotal:\s*(\d+)/m', (string) @\file_get_contents('/proc/meminfo'), $memory);
         $machine = [
@@ -19,8 +17,7 @@ final class Machine
             'processor' => \trim($processor[1] ?? 'unknown') . ', ' . \trim((string) \shell_exec('nproc')) . ' cores',
             'memory' => \round((int) ($memory[1] ?? 0) / 2 ** 20) . ' GB',
             'system' => \php_uname('s') . ' ' . \php_uname('r') . ', ' . \php_uname('m'),
-            'PHP' => $found['php'] . ' with opcache',
-            'template' => $found['module'] . ', ' . self::compiler($settings->module),
+            ...self::versions($settings),
         ];
         if (engines\Twig::isInstalled()) {
             $machine['Twig'] = engines\Twig::version();
@@ -29,6 +26,16 @@ final class Machine
             $machine['Smarty'] = engines\Smarty::version();
         }
         return $machine;
+    }
+
+    /** @return array<string, string> */
+    public static function versions(Settings $settings): array
+    {
+        $found = (new Worker($settings, 'ours'))->describe();
+        return [
+            'PHP' => $found['php'] . ' with opcache',
+            'template' => $found['module'] . ', ' . self::compiler($settings->module),
+        ];
     }
 
     /** @param array<string, string> $machine */

@@ -22,6 +22,9 @@ final class Settings
         'opcache.jit' => 'disable',
     ];
 
+    /** @var resource held until the end */
+    private $lock;
+
     public function __construct(
         public readonly string $php,
         public readonly string $module,
@@ -57,9 +60,14 @@ final class Settings
         return $options;
     }
 
-    /** Empties the folder of compiled templates and writes the generated ones. */
+    /** Empties the folder of compiled templates and writes the generated ones; one run at a time. */
     public function prepare(): void
     {
+        $this->lock = \fopen($this->scratch . '.lock', 'ce');
+        if (!\flock($this->lock, \LOCK_EX | \LOCK_NB)) {
+            Progress::say('waiting for another run to end');
+            \flock($this->lock, \LOCK_EX);
+        }
         self::remove($this->scratch);
         \mkdir($this->scratch, 0o777, true);
         Workload::generate($this->scratch);

@@ -45,7 +45,7 @@ final class Worker
     }
 
     /** All workers share the last core, one at a time, so that none pays for a move; this process stays off it. @return list<string> */
-    private static function onOneCore(): array
+    public static function onOneCore(): array
     {
         $cores = (int) \shell_exec('nproc');
         return $cores > 1 ? ['taskset', '-c', (string) ($cores - 1)] : [];

@@ -1,0 +1,131 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Bench;
+
+/**
+ * Whole requests through php-fpm: one after the other over one connection to one process, so that the time of a
+ * request is the time between sending it and having its answer. Engines take turns of some hundred requests.
+ */
+final class Requests implements Section
+{
+    private const WORKLOADS = ['page', 'mail', 'include'];
+    private const ENDINGS = ['hand' => 'php', 'ours' => 'tpl', 'twig' => 'twig', 'smarty' => 'smarty'];
+    private const REQUESTS_A_ROUND = 300;
+
+    public function __construct(private readonly Settings $settings, private readonly int $rounds)
+    {
+    }
+
+    public function title(): string
+    {
+        return 'Whole requests through php-fpm';
+    }
+
+    public function measure(): array
+    {
+        $fpm = new Fpm($this->settings);
+        $client = new FastCgi($fpm->socket);
+        $requests = $this->requests();
+        foreach (self::WORKLOADS as $workload) {
+            $this->compare($client, $requests, $workload);
+        }
+        $times = [];
+        for ($round = 0; $round < $this->rounds; $round++) {
+            foreach ($requests as $name => $request) {
+                $times[$name][] = $this->time($client, $request);
+            }
+        }
+        return $this->summary($times);
+    }
+
+    /** @return array<string, string> the bytes to send, by "WORKLOAD ENGINE" and "empty" */
+    private function requests(): array
+    {
+        $folder = \dirname(__DIR__) . '/requests';
+        $requests = ['empty' => FastCgi::request("$folder/empty.php", [])];
+        $engines = \array_intersect_key(self::ENDINGS, \array_flip(Engines::available()));
+        foreach (self::WORKLOADS as $name) {
+            $workload = new Workload($name, $this->settings->scratch);
+            foreach ($engines as $engine => $ending) {
+                $requests["$name $engine"] = FastCgi::request("$folder/$engine.php", [
+                    'DATA' => Workload::folder() . "/$name/data.php",
+                    'TEMPLATE' => $this->template($workload, $engine, $ending),
+                    'AS_STRING' => $workload->isString ? '1' : '0',
+                    'FOLDERS' => \implode(':', \array_filter($workload->templateFolders(), \is_dir(...))),
+                    'SCRATCH' => $this->settings->scratch,
+                ]);
+            }
+        }
+        return $requests;
+    }
+
+    /** What each engine wants to be told: a whole path, a name below its folders, or the text. */
+    private function template(Workload $workload, string $engine, string $ending): string
+    {
+        $file = $workload->template($ending);
+        return match (true) {
+            $engine === 'hand' => $file,
+            $workload->isString => ($engine === 'smarty' ? 'string:' : '') . \file_get_contents($file),
+            $engine === 'ours' => $file,
+            default => "$workload->name/template.$ending",
+        };
+    }
+
+    /** Twice, for the first answer is that of a compiler. @param array<string, string> $requests */
+    private function compare(FastCgi $client, array $requests, string $workload): void
+    {
+        $expected = $client->send($requests["$workload hand"]);
+        foreach (\preg_grep("/^$workload /", \array_keys($requests)) as $name) {
+            $client->send($requests[$name]);
+            if ($client->send($requests[$name]) !== $expected || $expected === '') {
+                throw new \RuntimeException("$name: not the answer of the hand-written template");
+            }
+        }
+    }
+
+    /** Nanoseconds a request, the median of a round's: a round has too many to be disturbed in most of them. */
+    private function time(FastCgi $client, string $request): float
+    {
+        $times = [];
+        for ($i = 0; $i < self::REQUESTS_A_ROUND; $i++) {
+            $start = \hrtime(true);
+            $client->send($request);
+            $times[] = \hrtime(true) - $start;
+        }
+        return Statistics::median($times);
+    }
+
+    /**
+     * Round by round the time of the empty request comes off.
+     *
+     * @param array<string, non-empty-list<float>> $times
+     * @return array<string, array{nanoseconds: float, quartiles: array{float, float}}>
+     */
+    private function summary(array $times): array
+    {
+        $summary = [];
+        foreach ($times as $name => $list) {
+            $over = $name === 'empty' ? $list : \array_map(static fn (float $time, float $empty): float => $time - $empty, $list, $times['empty']);
+            $summary[$name] = ['nanoseconds' => Statistics::median($over), 'quartiles' => Statistics::quartiles($over)];
+        }
+        return $summary;
+    }
+
+    public function report(array $figures): string
+    {
+        $engines = \array_keys(\array_intersect_key(self::ENDINGS, \array_flip(Engines::available())));
+        $rows = [];
+        foreach (self::WORKLOADS as $workload) {
+            $cells = [$workload];
+            foreach ($engines as $engine) {
+                ['nanoseconds' => $time, 'quartiles' => $quartiles] = $figures["$workload $engine"];
+                $cells[] = Markdown::microseconds($time) . ' (' . \implode(' to ', \array_map(Markdown::microseconds(...), $quartiles)) . ')';
+            }
+            $rows[] = $cells;
+        }
+        return Markdown::table(['µs over an empty request', ...\array_map(Engines::title(...), $engines)], $rows)
+            . "\nThe empty request itself: " . Markdown::microseconds($figures['empty']['nanoseconds']) . " µs.\n";
+    }
+}

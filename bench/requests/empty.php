@@ -1,0 +1,3 @@
+<?php
+
+// What a request costs before it does anything; subtracted from the others.
