@@ -5,7 +5,7 @@ system=$1 user=$2 group=$3 root=$4
 shift 4
 
 # Who one is, and how names are resolved, stays as on the machine.
-for file in passwd group hosts resolv.conf localtime; do
+for file in passwd group hosts resolv.conf localtime ssl/certs/ca-certificates.crt; do
     [ ! -e "/etc/$file" ] || [ ! -e "$system/etc/$file" ] || mount --bind "/etc/$file" "$system/etc/$file"
 done
 
