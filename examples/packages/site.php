@@ -6,15 +6,16 @@ declare(strict_types=1);
  *
  *     php site.php STATUS FOLDER
  *
- * STATUS is dpkg's database (/var/lib/dpkg/status; php://stdin reads standard input), FOLDER is where the site goes.
+ * STATUS is dpkg's database (/var/lib/dpkg/status), FOLDER is where the site goes.
  *
- * The way of the data:  database.php reads fields  →  catalogue.php makes packages and sorts them  →  pages.php makes
- * the data of each page  →  template() makes the page  →  output_folder.php writes it.
+ * The way of the data: src/database.php reads fields, src/catalogue.php makes packages of them and sorts these,
+ * src/pages.php makes the data of each page, template() makes the page, and src/output_folder.php writes it.
  */
 
 require __DIR__ . '/src/database.php';
 require __DIR__ . '/src/catalogue.php';
 require __DIR__ . '/src/sections.php';
+require __DIR__ . '/src/numbers.php';
 require __DIR__ . '/src/pages.php';
 require __DIR__ . '/src/mail.php';
 require __DIR__ . '/src/renderer.php';
@@ -25,8 +26,7 @@ require __DIR__ . '/src/progress.php';
 // of the templates as include path, they can be named without it, wherever the script is started.
 set_include_path(__DIR__ . '/templates');
 
-/** Renders everything and returns what there is to say about it. */
-function render_site(array $catalogue, OutputFolder $folder, Renderer $renderer, Progress $progress): array
+function render_site(array $catalogue, OutputFolder $folder, Renderer $renderer, Progress $progress): void
 {
     $folder->write('style.css', file_get_contents(__DIR__ . '/templates/style.css'));
     $folder->write('index.html', $renderer->file('index.html.tpl', index_page($catalogue)));
@@ -47,7 +47,6 @@ function render_site(array $catalogue, OutputFolder $folder, Renderer $renderer,
     }
     $folder->finish();
     $progress->finish();
-    return ['pages' => count($catalogue['sections']) + 2, 'mails' => count($catalogue['maintainers'])];
 }
 
 function main(string $database, string $path): void
@@ -63,10 +62,11 @@ function main(string $database, string $path): void
         throw new RuntimeException("$database lists no packages: is it dpkg's status file?");
     }
     $renderer = new Renderer();
-    $made = render_site($catalogue, new OutputFolder($path), $renderer, $progress);
+    render_site($catalogue, new OutputFolder($path), $renderer, $progress);
 
-    printf("%9s pages, with %s packages in %s sections\n", number($made['pages']), number(count($catalogue['packages'])), number(count($catalogue['sections'])));
-    printf("%9s mails, one to each maintainer\n", number($made['mails']));
+    [$packages, $sections, $mails] = array_map(count(...), array_values($catalogue));
+    printf("%9s pages, with %s packages in %s sections\n", number($sections + 2), number($packages), number($sections));
+    printf("%9s mails, one to each maintainer\n", number($mails));
     printf("%9s bytes of text\n", number($renderer->bytes));
     printf("%9s ms in %s calls of template()\n", number_format($renderer->seconds * 1000, 1), number($renderer->calls));
     printf("Open %s/index.html\n", realpath($path));

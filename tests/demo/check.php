@@ -4,6 +4,8 @@ declare(strict_types=1);
 require __DIR__ . '/harness.php';
 require __DIR__ . '/site.php';
 
+putenv('LD_PRELOAD');   // what a sanitized PHP needs, and sets by itself, the other tools that run here do not
+
 $scratch = sys_get_temp_dir() . '/demo-' . getmypid();
 register_shutdown_function(remove_tree(...), $scratch);
 
@@ -15,6 +17,7 @@ if (!is_file($real) || filesize($real) === 0) {
 // A copy, since a package manager may be at work.
 mkdir($scratch);
 copy($real, "$scratch/status");
+copy("$scratch/status", "$scratch/status.before");
 
 echo "-- the first template\n";
 
@@ -33,39 +36,33 @@ check('its output is the one that is shown', differences(
     run(php('examples/first/menu.php'))
 ));
 
-foreach (['the machine' => "$scratch/status", 'a hostile database' => 'tests/demo/hostile.status'] as $name => $database) {
+$databases = ['the machine' => "$scratch/status", 'a hostile database' => 'tests/demo/hostile.status'];
+foreach ($databases as $name => $database) {
     $folder = "$scratch/$name";
     [$status, $output, $complaints] = render($database, $folder);
     $site = new Site($folder, $database);
     $packages = $site->packages;
     printf("-- %s: %d packages on %d pages\n", $name, count($packages), count($site->pages));
 
-    $complaint = preg_match('/^.*(?:warning|notice|deprecated|error).*$/mi', "$output$complaints", $line) ? $line[0] : '';
-    check('renders without a complaint', differences([0, ''], [$status, $complaint]));
+    preg_match('/^.*(?:warning|notice|deprecated|error).*$/mi', "$output$complaints", $complaint);
+    check('renders without a complaint', differences([0, []], [$status, $complaint]));
     if ($status !== 0) {
         continue;   // there is nothing to look at
     }
-    check('says what it made', (function () use ($output, $site) {
-        $pages = number_format(count($site->pages));
-        $mails = number_format(count($site->mails));
-        $bytes = number_format(array_sum(array_map(filesize(...), glob("$site->folder/{,sections/,mails/}*.{html,txt}", GLOB_BRACE))));
-        foreach (["/^ *$pages pages, /m", "/^ *$mails mails, /m", "/^ *$bytes bytes /m", '/ms in \d+ calls of template\(\)/', "~$site->folder/index.html~"] as $pattern) {
-            if (!preg_match($pattern, $output)) {
-                yield "nothing like $pattern in: $output";
-            }
-        }
-    })());
+    check('says what it made', $site->missingFrom($output));
     check('every page is valid HTML', $site->invalid());
     check('holds no markup but that of the templates', $site->foreign());
     check('every link leads somewhere', $site->brokenLinks());
     check('every package is on one page, that of its section, with its size and its whole description',
         differences(expected_entries($packages), shown_entries($site)));
-    check('the index has the counts and sizes of the database', differences(expected_index($packages), shown_index($site)));
+    check('the index has the counts and sizes of the database',
+        differences(expected_index($packages), shown_index($site)));
     check('there is one mail to each maintainer, with all of their packages',
-        differences(sorted(expected_mails($packages)), sorted(shown_mails($site))));
+        differences(expected_mails($packages), shown_mails($site)));
     if ($name === 'the machine') {
         check('every package shows what it needs', differences(expected_needs($packages), shown_needs($site)));
-        check('the largest come first among the largest, and last of all', differences(expected_rankings($packages), shown_rankings($site)));
+        check('the largest come first in one list, the smallest in the other',
+            differences(expected_rankings($packages), shown_rankings($site)));
     }
 }
 
@@ -81,9 +78,12 @@ file_put_contents("$scratch/small", "Package: alone\nSection: tools\nStatus: ins
 [$status] = render("$scratch/small", $folder);
 check('replaces its own files, and leaves all others', differences(
     [0, ['.files', 'index.html', 'linked', 'maintainers.html', 'sections', 'style.css'], ['mine.txt', 'tools.html']],
-    [$status, array_values(array_diff(scandir($folder), ['.', '..'])), array_values(array_diff(scandir("$folder/sections"), ['.', '..']))]
+    [$status, names_in($folder), names_in("$folder/sections")]
 ));
-check('does not write through a link', differences([false, filesize($real)], [is_link("$folder/index.html"), filesize("$scratch/status")]));
+check('does not write through a link', differences(
+    [false, file_get_contents("$scratch/status")],
+    [is_link("$folder/index.html"), file_get_contents("$scratch/status.before")]
+));
 
 file_put_contents("$folder/.files", "../status\n/etc/hostname\nmails/../../status\n", FILE_APPEND);
 render("$scratch/small", $folder);
@@ -98,18 +98,25 @@ foreach ([
     ["$scratch/small", "$scratch/small/new", 'cannot be made'],
 ] as [$database, $folder, $reason]) {
     [$status, $output, $complaints] = render($database, $folder);
-    check("gives up with one sentence: $reason", differences([1, '', 1], [$status, $output, preg_match("/^site\.php: [^\n]* {$reason}[^\n]*\n$/", preg_replace('/^Reading.*\n/', '', $complaints))]));
+    $complaint = explode("\n", preg_replace('/^Reading.*\n/', '', $complaints));
+    $sentence = str_starts_with($complaint[0], 'site.php: ') && str_contains($complaint[0], $reason);
+    check("gives up with one sentence: $reason",
+        differences([1, '', true, 2], [$status, $output, $sentence, count($complaint)]));
 }
 
 echo "-- progress\n";
 
-[, , $plain] = render($real, "$scratch/plain");
-check('is a line for each task where no terminal is', differences([3, false], [substr_count($plain, "\n"), str_contains($plain, "\r")]));
-[, $terminal] = run(['script', '-qec', implode(' ', array_map(escapeshellarg(...), php('examples/packages/site.php', $real, "$scratch/terminal"))), '/dev/null']);
-check('is one line that is redrawn on a terminal', differences([0, true], [
-    preg_match_all('/\n(?=.*\r\e)/s', strstr($terminal, ' pages,', true) ?: "\n"),
-    substr_count($terminal, "\r\e[K") > 2,
-]));
+[, , $plain] = render("$scratch/status", "$scratch/plain");
+check('is a line for each task where no terminal is',
+    differences([3, false], [substr_count($plain, "\n"), str_contains($plain, "\r")]));
+$command = php('examples/packages/site.php', "$scratch/status", "$scratch/terminal");
+$command = implode(' ', array_map(escapeshellarg(...), $command));
+[, $terminal] = run(['script', '-qec', $command, '/dev/null']);
+$progress = strstr($terminal, "\r\e[K       ", true);
+check('is one line that is redrawn on a terminal', differences(
+    [0, true],
+    [substr_count($progress ?: "\n", "\n"), substr_count($progress ?: '', "\r\e[K") > 3]
+));
 
 echo "\n$passed passed, $failed failed\n";
 exit($failed ? 1 : 0);

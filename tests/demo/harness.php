@@ -25,8 +25,13 @@ function differences(mixed $expected, mixed $actual, string $where = ''): iterab
             yield from differences($expected[$key] ?? null, $actual[$key] ?? null, "$where/$key");
         }
     } elseif ($expected !== $actual) {
-        yield "$where: expected " . json_encode($expected, 320 | JSON_INVALID_UTF8_SUBSTITUTE) . ', got ' . json_encode($actual, 320 | JSON_INVALID_UTF8_SUBSTITUTE);
+        yield "$where: expected " . shown($expected) . ', got ' . shown($actual);
     }
+}
+
+function shown(mixed $value): string
+{
+    return json_encode($value, JSON_UNESCAPED_SLASHES | JSON_UNESCAPED_UNICODE | JSON_INVALID_UTF8_SUBSTITUTE);
 }
 
 /** Runs a command and returns its exit status, output and error output. */
@@ -39,7 +44,7 @@ function run(array $command, array $streams = [1 => ['pipe', 'w'], 2 => ['pipe',
 
 function php(string ...$arguments): array
 {
-    return [PHP_BINARY, '-n', '-d', 'extension=' . getenv('TEMPLATE_SO'), ...$arguments];
+    return [getenv('PHP'), '-n', '-d', 'extension=' . getenv('TEMPLATE_SO'), ...$arguments];
 }
 
 function render(string $database, string $folder): array
@@ -47,10 +52,17 @@ function render(string $database, string $folder): array
     return run(php('examples/packages/site.php', $database, $folder));
 }
 
+/** @return list<string> */
+function names_in(string $folder): array
+{
+    return is_dir($folder) ? array_values(array_diff(scandir($folder), ['.', '..'])) : [];
+}
+
 function remove_tree(string $folder): void
 {
-    foreach (is_dir($folder) ? array_diff(scandir($folder), ['.', '..']) : [] as $name) {
-        is_dir("$folder/$name") ? remove_tree("$folder/$name") : unlink("$folder/$name");
+    foreach (names_in($folder) as $name) {
+        $path = "$folder/$name";
+        is_dir($path) && !is_link($path) ? remove_tree($path) : unlink($path);
     }
     @rmdir($folder);
 }

@@ -44,7 +44,7 @@ final class Site
     public function __construct(public readonly string $folder, string $database)
     {
         $this->packages = paragraphs($database);
-        foreach ([...glob("$folder/*.html"), ...glob("$folder/sections/*.html")] as $file) {
+        foreach (glob("$folder/{,sections/}*.html", GLOB_BRACE) as $file) {
             $this->pages[substr($file, strlen($folder) + 1)] = Dom\HTMLDocument::createFromFile($file, LIBXML_NOERROR);
         }
         foreach (glob("$folder/mails/*.txt") as $file) {
@@ -63,9 +63,10 @@ final class Site
                 yield "$name:$error->line: " . trim($error->message);
             }
             libxml_clear_errors();
-            [$status, , $complaints] = run(['tidy', '-errors', '-quiet', '-utf8', '--drop-empty-elements', 'no', $file]);
-            foreach (explode("\n", trim($complaints)) as $complaint) {
-                if ($complaint !== '' && !str_contains($complaint, 'attribute "aria-current"')) {   // which tidy does not know
+            $tidy = ['tidy', '-errors', '-quiet', '-utf8', '--drop-empty-elements', 'no', $file];
+            [$status, , $complaints] = run($tidy);
+            foreach (preg_split('/\n/', $complaints, -1, PREG_SPLIT_NO_EMPTY) as $complaint) {
+                if (!str_contains($complaint, 'attribute "aria-current"')) {   // too new for tidy
                     yield "$name: $complaint";
                 }
             }
@@ -75,18 +76,35 @@ final class Site
         }
     }
 
+    /** What the demo should say in the end and did not. */
+    public function missingFrom(string $output): iterable
+    {
+        $pages = number_format(count($this->pages));
+        $mails = number_format(count($this->mails));
+        $texts = glob("$this->folder/{,sections/,mails/}*.{html,txt}", GLOB_BRACE);
+        $bytes = number_format(array_sum(array_map(filesize(...), $texts)));
+        foreach (["$pages pages, ", "$mails mails, ", "$bytes bytes ", 'ms in ', "$this->folder/index.html"] as $part) {
+            if (!preg_match('~(?<![\d,])' . preg_quote($part, '~') . '~', $output)) {
+                yield "nothing like \"$part\" in: $output";
+            }
+        }
+    }
+
     /** Elements and attributes that no template writes. */
     public function foreign(): iterable
     {
-        $elements = array_flip(explode(' ', 'HTML HEAD META TITLE LINK BODY A HEADER NAV MAIN FOOTER SECTION DIV ARTICLE H1 H2 H3 P PRE CODE B I SPAN UL OL LI DL DT DD DETAILS SUMMARY TABLE THEAD TBODY TR TH TD'));
-        $attributes = array_flip(explode(' ', 'lang charset name content rel href class id style scope open aria-label aria-labelledby aria-current aria-hidden data-kib data-count'));
+        $elements = 'HTML HEAD META TITLE LINK BODY A HEADER NAV MAIN FOOTER SECTION DIV ARTICLE H1 H2 H3 P PRE CODE B I '
+            . 'SPAN UL OL LI DL DT DD DETAILS SUMMARY TABLE THEAD TBODY TR TH TD';
+        $attributes = 'lang charset name content rel href class id style scope open data-kib data-count '
+            . 'aria-label aria-labelledby aria-current aria-hidden';
+        [$elements, $attributes] = [explode(' ', $elements), explode(' ', $attributes)];
         foreach ($this->pages as $name => $page) {
             foreach ($page->querySelectorAll('*') as $element) {
-                if (!isset($elements[$element->tagName])) {
+                if (!in_array($element->tagName, $elements, true)) {
                     yield "$name: element $element->tagName";
                 }
                 foreach ($element->attributes as $attribute) {
-                    if (!isset($attributes[$attribute->name])) {
+                    if (!in_array($attribute->name, $attributes, true)) {
                         yield "$name: attribute $attribute->name of $element->tagName";
                     }
                 }
@@ -160,7 +178,8 @@ function shown_entries(Site $site): array
             foreach ($article->querySelectorAll('.summary, details > p, details > pre') as $part) {
                 $description .= $part->textContent . "\n";
             }
-            $entries[$section][] = [$article->querySelector('h3 a')->textContent, (int) $article->getAttribute('data-kib'), words($description)];
+            $name = $article->querySelector('h3 a')->textContent;
+            $entries[$section][] = [$name, (int) $article->getAttribute('data-kib'), words($description)];
         }
     }
     return sorted($entries);
@@ -181,7 +200,8 @@ function expected_needs(array $packages): array
 {
     $needs = [];
     foreach ($packages as $package) {
-        $text = preg_replace(['/:[a-z][a-z0-9]*(?=[\s,|]|$)/', '/\s*\|\s*/', '/\(\s*(\S+?)\s+(\S+?)\s*\)/'], ['', ' or ', '$1 $2'], $package['Depends'] ?? '');
+        $text = preg_replace('/:[a-z][a-z0-9]*(?=[\s,|]|$)/', '', $package['Depends'] ?? '');
+        $text = preg_replace(['/\s*\|\s*/', '/\(\s*(\S+?)\s+(\S+?)\s*\)/'], [' or ', '$1 $2'], $text);
         $text = strtr($text, ['>=' => '≥', '<=' => '≤', '>>' => '>', '<<' => '<']);
         $needs[$package['Package']][] = implode(', ', array_filter(array_map(words(...), explode(',', $text))));
     }
@@ -227,7 +247,8 @@ function shown_index(Site $site): array
         if ($cells[1]->textContent !== $row->getAttribute('data-count')) {
             $rows[] = 'a row that shows another number than it holds';
         }
-        $rows[] = [$row->querySelector('th')->textContent, (int) $cells[1]->textContent, (int) $row->getAttribute('data-kib')];
+        $name = $row->querySelector('th')->textContent;
+        $rows[] = [$name, (int) $cells[1]->textContent, (int) $row->getAttribute('data-kib')];
     }
     return $rows;
 }
@@ -241,7 +262,7 @@ function expected_mails(array $packages): array
             $mails[to_line($package['Maintainer'])][$package['Maintainer']][] = $package['Package'];
         }
     }
-    return array_map(fn($lists) => sorted(array_values(sorted($lists))), $mails);
+    return sorted(array_map(fn($lists) => array_values(sorted($lists)), $mails));
 }
 
 /** "Ada" <ada@example.org>, or what stands for it when there is no mail address. */
@@ -262,10 +283,10 @@ function shown_mails(Site $site): array
         preg_match_all('/^\d+\. (\S+) /m', $mail, $names);
         $mails[$to[1]][] = $names[1];
     }
-    return array_map(sorted(...), $mails);
+    return sorted(array_map(sorted(...), $mails));
 }
 
-/** The largest of all packages, the largest first, and of each large section the five largest and smallest: sizes in KiB. */
+/** The sizes in the rankings: the ten largest of all packages, and the five largest and smallest of a large section. */
 function expected_rankings(array $packages): array
 {
     $sizes = ['Installed packages' => []];

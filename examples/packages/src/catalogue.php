@@ -23,6 +23,9 @@ const RELATIONS = [
     'replaces' => 'Replaces',
 ];
 
+/** Those of them without which a package does not work. */
+const NEEDS = ['Needs first', 'Needs'];
+
 /**
  * @param iterable<array<string, string>> $database what read_packages() yields
  * @return array{packages: list<array>, sections: list<array>, maintainers: list<array>} packages, by name; groups of
@@ -48,13 +51,13 @@ function build_catalogue(iterable $database): array
 function make_package(array $fields): array
 {
     [$summary, $description] = parse_description($fields['description'] ?? '');
-    $state = strrchr(' ' . ($fields['status'] ?? 'installed'), ' ');
+    $state = explode(' ', $fields['status'] ?? 'install ok installed');   // what is wanted, a flag, what is
     $package = [
         'name' => $fields['package'],
         'section' => ($fields['section'] ?? '') ?: 'unsorted',
         'summary' => $summary,
         'description' => $description,
-        'state' => substr($state, 1),
+        'state' => end($state),
         'essential' => ($fields['essential'] ?? '') === 'yes',
         'kib' => 0,
         'relations' => [],
@@ -138,42 +141,51 @@ function file_names(array $names): array
     return $files;
 }
 
-/** Links the packages that others name to their entries, and counts by how many packages each is needed. */
+/**
+ * Links the packages that others name: an alternative gets the "entry" that it leads to, if it is there, and a package
+ * the number of those that need it, if there are any.
+ */
 function link_packages(array $packages): array
 {
-    $entries = [];
-    foreach ($packages as $i => $package) {
-        $entries[$package['name']] ??= $i;
-        $entries[$package['id']] = $i;
+    $places = [];
+    foreach ($packages as $place => $package) {
+        $places[$package['name']] ??= $place;
+        $places[$package['id']] = $place;
     }
     $neededBy = [];
-    foreach ($packages as $i => $package) {
-        $needs = [];
-        $sameArchitecture = ':' . ($package['architecture'] ?? '');
-        foreach ($package['relations'] as $label => $groups) {
-            foreach ($groups as $g => $alternatives) {
-                foreach ($alternatives as $a => $alternative) {
-                    $name = $alternative['name'];
-                    $entry = $entries[$name . $sameArchitecture] ?? $entries[$name] ?? null;
-                    if ($entry === null) {
-                        continue;
-                    }
-                    $link = ['page' => $packages[$entry]['page'], 'id' => $packages[$entry]['id']];
-                    $packages[$i]['relations'][$label][$g][$a]['entry'] = $link;
-                    if ($label === RELATIONS['depends'] || $label === RELATIONS['pre-depends']) {
-                        $needs[$entry] = true;
-                    }
+    foreach ($packages as $place => $package) {
+        $needed = [];
+        foreach (alternatives($package) as [$label, $group, $number, $alternative]) {
+            $name = $alternative['name'];
+            $other = $places["$name:" . ($package['architecture'] ?? '')] ?? $places[$name] ?? null;
+            if ($other !== null) {
+                $packages[$place]['relations'][$label][$group][$number]['entry'] =
+                    ['page' => $packages[$other]['page'], 'id' => $packages[$other]['id']];
+                if (in_array($label, NEEDS, true)) {
+                    $needed[$other] = true;   // once, however often it is named
                 }
             }
         }
-        foreach ($needs as $entry => $_) {
-            $neededBy[$entry] = ($neededBy[$entry] ?? 0) + 1;
+        foreach (array_keys($needed) as $other) {
+            $neededBy[$other] = ($neededBy[$other] ?? 0) + 1;
         }
     }
-    foreach ($neededBy as $entry => $count) {
-        $packages[$entry]['neededBy'] = $count;
+    foreach ($neededBy as $place => $count) {
+        $packages[$place]['neededBy'] = $count;
     }
     return $packages;
+}
+
+/** All alternatives that a package names, each with the three keys that lead to it. */
+function alternatives(array $package): iterable
+{
+    foreach ($package['relations'] as $label => $groups) {
+        foreach ($groups as $group => $alternatives) {
+            foreach ($alternatives as $number => $alternative) {
+                yield [$label, $group, $number, $alternative];
+            }
+        }
+    }
 }
 
 /**

@@ -6,6 +6,7 @@ declare(strict_types=1);
  *
  * In the "To" line, addslashes makes a quoted string of a name. Nothing else is escaped, since plain text has nothing
  * to escape, and so variable tags can name alternatives: the first that is there is written, else the text in quotes.
+ * Near the end, a tag with nothing but a text in quotes keeps the blank after "--" in sight.
  */
 const MAIL = <<<'TEMPLATE'
 From: "Package report" <root@localhost>
@@ -18,15 +19,15 @@ Content-Transfer-Encoding: 8bit
 
 Dear {to::name to::address 'maintainer'},
 
-{optional count 1}one package of yours is on this machine{/optional}{!optional count 1}{count} packages of yours are on this machine{/optional}{optional size}, {size} in all{/optional}:
-{dynamic section,sections}
-Section {section::*::name}
-{dynamic package,section::*::packages}
-{package::[*]}. {package::*::name} {package::*::version '(no version)'}
+{optional count 1}one package of yours is{/optional}{!optional count 1}{count} packages of yours are{/optional} on this machine{optional size}, {size} in all{/optional}:
+
+{dynamic section,sections}Section {section::*::name}
+
+{dynamic package,section::*::packages}{package::[*]}. {package::*::name} {package::*::version '(no version)'}
    {package::*::summary}
-   {package::*::size 'no size is recorded'}, {optional package::*::neededBy}needed by {package::*::neededBy} {optional package::*::neededBy 1}package{/optional}{!optional package::*::neededBy 1}packages{/optional}{/optional}{!optional package::*::neededBy}needed by no other package{/optional}
-{/dynamic}{/dynamic}
-Thank you for your work.
+   {package::*::size 'no size'}{optional package::*::neededBy}, needed by {package::*::neededBy} of the packages here{/optional}
+
+{/dynamic}{/dynamic}Thank you for your work.
 
 --{' '}
 This mail was rendered from the package database, and sent to nobody.

@@ -1,7 +1,7 @@
 <?php
 declare(strict_types=1);
 
-/** Tells on standard error how far the work is: one line that is redrawn on a terminal, a line for each task elsewhere. */
+/** Tells on standard error how far the work is: in one line on a terminal, a line for each task elsewhere. */
 final class Progress
 {
     private readonly bool $redraws;
@@ -18,9 +18,7 @@ final class Progress
     public function start(string $task, int $steps): void
     {
         [$this->task, $this->steps, $this->done] = [$task, $steps, 0];
-        if (!$this->redraws) {
-            fwrite(STDERR, "$task\n");
-        }
+        fwrite(STDERR, $this->redraws ? "\r\e[K$task" : "$task\n");
     }
 
     public function step(string $name): void
