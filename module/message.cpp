@@ -5,14 +5,16 @@
 namespace {
 
 // How far the formatter may widen a message. Wider than that is an accident of
-// the text, or an attempt to fill the memory.
-constexpr size_t WIDEST_CONVERSION = 99;
+// the text, or an attempt to fill the memory. The same goes for precisions: the
+// formatter reads past the byte behind a number that overflows it.
+constexpr size_t LARGEST_NUMBER = 99;
 constexpr size_t WIDEST_MESSAGE = 64 * 1024;
 
 // A conversion as the engine's formatter reads it.
 struct Conversion {
     size_t length = 0; // of the text behind its '%', conversion byte included
     size_t width = 0;
+    size_t precision = 0;
     bool fetchesArgument = false;
 };
 
@@ -38,7 +40,7 @@ public:
             conversion_.width = number();
             if (peek() == '.') {
                 ++at_;
-                number();
+                conversion_.precision = number();
             }
         }
         skipModifier();
@@ -95,9 +97,9 @@ std::string disarmFormat(std::string_view message)
     for (size_t percent; (percent = message.find('%', position)) != std::string_view::npos;) {
         result.append(message, position, percent - position);
         const Conversion conversion = ConversionScanner(message.substr(percent + 1)).scan();
-        const bool tooWide = conversion.width > WIDEST_CONVERSION
+        const bool tooLarge = std::max(conversion.width, conversion.precision) > LARGEST_NUMBER
             || padding + conversion.width > WIDEST_MESSAGE;
-        if (conversion.fetchesArgument || tooWide) {
+        if (conversion.fetchesArgument || tooLarge) {
             // What stood behind the '%' is plain text now and may hold another.
             result += "%%";
             position = percent + 1;

@@ -1,0 +1,95 @@
+// Messages as the engine's format string: nothing in them may fetch an argument.
+#include "module/message.h"
+
+#include "fixture.h"
+
+namespace {
+
+// Something that the formatter may take for any argument. As a PHP value it is
+// an integer of its own: a string's hash lies where a value's type does, and its
+// count where a value's integer does.
+class AnyArgument {
+public:
+    explicit AnyArgument(const char* text)
+        : text_(zend_string_init(text, strlen(text), false)), count_(strlen(text))
+    {
+        ZSTR_H(text_.get()) = IS_LONG;
+        GC_SET_REFCOUNT(text_.get(), count_);
+    }
+    ~AnyArgument() { GC_SET_REFCOUNT(text_.get(), 1); }
+    bool unchanged() const { return GC_REFCOUNT(text_.get()) == count_; }
+
+    std::string format(const std::string& format, double number) const
+    {
+        zend_string* p = text_.get();
+        const EngineString result(
+            strpprintf(0, format.c_str(), p, p, p, p, number, number, number));
+        return ZSTR_VAL(result.get());
+    }
+
+private:
+    EngineString text_;
+    uint32_t count_;
+};
+
+std::string shown(const std::string& message)
+{
+    return AnyArgument("?").format(disarmFormat(message), 0);
+}
+
+}
+
+TEST(DisarmFormat, FetchesNoArgumentForAnyConversion)
+{
+    const AnyArgument one("one"), two("second");
+    for (const std::string flags : {"", "-", "+#", " 0"}) {
+        for (const std::string width : {"", "1", "99", "100", "*", "4294967297", "99999999999"}) {
+            for (const std::string precision : {"", ".", ".7", ".*", ".999999999", ".4294967295"}) {
+                for (const std::string modifier : {"", "L", "l", "ll", "z", "j", "t", "h", "hh"}) {
+                    for (int byte = 1; byte < 256; ++byte) {
+                        // The bytes behind it are of the kind that an error would take along.
+                        const std::string message = "%" + flags + width + precision + modifier
+                            + static_cast<char>(byte) + "n s%";
+                        const std::string disarmed = disarmFormat(message);
+                        ASSERT_EQ(one.format(disarmed, 1.5), two.format(disarmed, -7)) << message;
+                        ASSERT_TRUE(one.unchanged() && two.unchanged()) << message;
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST(DisarmFormat, ShowsWhatItDisarmsAndLeavesTheRestToTheFormatter)
+{
+    const struct {
+        std::string message, shown;
+    } cases[] = {
+        {"50% off", "50% off"},
+        {"%2F %s %n %5.3f %*q", "%2F %s %n %5.3f %*q"},
+        {"%s%d%%%n", "%s%d%%n"},
+        {"%*%s", "%*%s"},
+        {"100%%", "100%"},
+        {"100%", "100"},
+        {"width:100%;", "width:100%;"},
+        {"%5%|%-5%|%05%|%5.2q|", "    %|%    |    %|   %q|"},
+        {"%l%%ly", "%%y"},
+        {"%99%", std::string(98, ' ') + "%"},
+        {"%100q", "%100q"},
+        {"%.99q%.100q", "%q%.100q"},
+        {"%.999999999%n", "%.999999999%n"},
+        {"\xc3\xa9 %\xc3\xa9", "\xc3\xa9 %\xc3\xa9"},
+    };
+    for (const auto& [message, expected] : cases) {
+        EXPECT_EQ(shown(message), expected) << message;
+    }
+}
+
+TEST(DisarmFormat, BoundsThePaddingOfAWholeMessage)
+{
+    std::string message;
+    for (int i = 0; i < 5000; ++i) {
+        message += "%99%";
+    }
+    EXPECT_LT(shown(message).size(), 64 * 1024 + message.size());
+}
