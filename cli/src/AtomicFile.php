@@ -51,6 +51,15 @@ final class AtomicFile
         return true;
     }
 
+    /** Removes what a process that was killed while it wrote this file left behind. */
+    public static function removeRests(string $path): void
+    {
+        $name = '/^' . preg_quote('.' . substr(basename($path), 0, 200), '/') . '\.[0-9a-f]{12}\.tmp$/D';
+        foreach (preg_grep($name, scandir(dirname($path))) as $rest) {
+            @unlink(dirname($path) . "/$rest");
+        }
+    }
+
     private static function temporary(string $path, string $bytes): string
     {
         $temporary = sprintf('%s/.%s.%s.tmp', dirname($path), substr(basename($path), 0, 200), bin2hex(random_bytes(6)));

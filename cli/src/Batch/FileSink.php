@@ -11,10 +11,11 @@ use TemplateCli\UsageError;
 /** A file for each row. No file is ever overwritten, so that two rows with one name are noticed. */
 final class FileSink implements Sink
 {
-    private readonly Journal $journal;
-    private string $identity = '';
+    private Journal $journal;
     private Done $done;
     private string $knownFolder = '';
+    /** The row that a killed run may have been at. */
+    private ?int $inDoubt = null;
 
     public function __construct(
         private readonly FileNames $names,
@@ -22,17 +23,19 @@ final class FileSink implements Sink
         private readonly bool $force,
     ) {
         $this->makeFolder($names->folder === '' ? '.' : $names->folder);
-        $this->journal = Journal::open("$names->folder.template-batch", $resume, $force);
     }
 
     public function prepare(RowReader $rows, RowRenderer $renderer): Done
     {
-        $of = [$renderer->fingerprint(), hash('xxh3', $this->names->pattern), hash('xxh3', $rows->peek())];
-        $this->identity = implode(' ', $of);
-        $this->done = $this->journal->read($this->identity);
+        // By its first row, so that runs over parts of the rows do not get into each other's way.
+        $part = hash('xxh3', $this->names->pattern . $rows->peek());
+        $journal = "{$this->names->folder}.template-batch-$part";
+        $this->journal = Journal::open($journal, $renderer->fingerprint(), $this->resume, $this->force);
+        $this->done = $this->journal->read();
         if (!$rows->skip($this->done->rows)) {
             throw new UsageError('There are fewer rows than the interrupted run has done already.');
         }
+        $this->inDoubt = $this->resume ? $this->done->rows + 1 : null;
 
         return clone $this->done;
     }
@@ -42,7 +45,7 @@ final class FileSink implements Sink
         $fault = $row->fault ?? $this->write($row);
         ++$this->done->rows;
         $this->done->faults += (int) ($fault !== null);
-        $this->journal->write($this->identity, $this->done);
+        $this->journal->write($this->done);
 
         return $fault;
     }
@@ -63,6 +66,9 @@ final class FileSink implements Sink
             return $fault;
         }
         $this->makeFolder(dirname($name));
+        if ($row->line === $this->inDoubt) {
+            AtomicFile::removeRests($name);
+        }
         if ($this->force) {
             AtomicFile::replace($name, $row->result);
         } elseif (!AtomicFile::create($name, $row->result) && !$this->isOurs($row, $name)) {

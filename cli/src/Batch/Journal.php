@@ -10,21 +10,26 @@ use TemplateCli\UsageError;
 /**
  * Remembers how many rows are done, when each row goes to a file of its own.
  *
- * The first line tells which run it is; the second, of fixed length, is written over in one go after each row. A
+ * The first line stands for the template; the second, of fixed length, is written over in one go after each row. A
  * run that is killed between a row's file and this line does that one row again, with the same outcome.
  */
 final class Journal
 {
     private const string STATE = "%020d %020d\n";
+    private const string READ_STATE = '%d %d';
 
     private ?int $stateAt = null;
 
     /** @param resource $stream */
-    private function __construct(private readonly mixed $stream, private readonly string $file)
-    {
+    private function __construct(
+        private readonly mixed $stream,
+        private readonly string $file,
+        private readonly string $template,
+    ) {
     }
 
-    public static function open(string $file, bool $resume, bool $force): self
+    /** @param string $template the fingerprint of the template */
+    public static function open(string $file, string $template, bool $resume, bool $force): self
     {
         if (!$resume && !$force && is_file($file)) {
             throw new UsageError("$file is left from an interrupted run: --resume goes on with it, --force starts anew.");
@@ -40,35 +45,35 @@ final class Journal
             ftruncate($stream, 0);
         }
 
-        return new self($stream, $file);
+        return new self($stream, $file, $template);
     }
 
     /** What an earlier run of the same kind has done. */
-    public function read(string $identity): Done
+    public function read(): Done
     {
         $found = fgets($this->stream);
         $state = fgets($this->stream);
-        if ($state === false || sscanf($state, self::STATE, $rows, $faults) !== 2) {
+        if ($state === false || sscanf($state, self::READ_STATE, $rows, $faults) !== 2) {
             // Killed before its first row was done.
             ftruncate($this->stream, 0);
 
             return new Done();
         }
-        if ($found !== "$identity\n") {
-            throw new UsageError("$this->file is of a run with another template, pattern or input; --force starts anew.");
+        if ($found !== "$this->template\n") {
+            throw new UsageError("$this->file is of a run with another template; --force starts anew.");
         }
         $this->stateAt = strlen($found);
 
         return new Done($rows, $faults);
     }
 
-    public function write(string $identity, Done $done): void
+    public function write(Done $done): void
     {
         $state = sprintf(self::STATE, $done->rows, $done->faults);
         if ($this->stateAt === null) {
-            $this->stateAt = strlen($identity) + 1;
+            $this->stateAt = strlen($this->template) + 1;
             rewind($this->stream);
-            $state = "$identity\n$state";
+            $state = "$this->template\n$state";
         } else {
             fseek($this->stream, $this->stateAt);
         }

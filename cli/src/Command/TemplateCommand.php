@@ -22,7 +22,7 @@ abstract class TemplateCommand extends Command
             'include-path',
             'I',
             InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY,
-            'A folder in which templates and includes are looked for (repeatable)',
+            'A folder in which templates and includes are looked for',
         );
     }
 
@@ -38,8 +38,8 @@ abstract class TemplateCommand extends Command
     {
         $many = InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY;
         $this
-            ->addOption('set', 's', $many, 'key=value adds to the data; keys as in a template: user::name=Ann (repeatable)')
-            ->addOption('set-json', null, $many, 'The same with a JSON value: rows=[1,2] (repeatable)');
+            ->addOption('set', 's', $many, 'key=value adds to the data; keys as in a template: user::name=Ann')
+            ->addOption('set-json', null, $many, 'The same with a JSON value: rows=[1,2]');
     }
 
     /**
