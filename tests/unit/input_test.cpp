@@ -1,0 +1,192 @@
+// The reader: what it makes of braces, wherever the input is cut into chunks.
+#include "input/input.h"
+
+#include <cstdio>
+#include <fstream>
+
+#include "fixture.h"
+
+namespace {
+
+constexpr size_t CHUNK = 4092;
+
+// Everything that is read, as the analysis reads it: a tag stands in <>, one
+// that the input's end cuts off in <$.
+std::string readAll(Input& input)
+{
+    std::string all;
+    while (!input.exhausted()) {
+        std::string piece;
+        if (input.fillBufferTillMark(piece, '{')) {
+            piece += '<';
+            piece += input.fillBufferTillMark(piece, '}') ? '>' : '$';
+        }
+        all += piece;
+    }
+    return all;
+}
+
+std::string readString(const std::string& text)
+{
+    EngineCall call;
+    Input input(text, true, call);
+    return readAll(input);
+}
+
+class FileInput : public testing::Test {
+protected:
+    FileInput() : path_(testing::TempDir() + "unit-input-" + std::to_string(getpid())) {}
+    ~FileInput() override { std::remove(path_.c_str()); }
+
+    Input& open(const std::string& content)
+    {
+        std::ofstream(path_, std::ios::binary) << content;
+        return input_.emplace(path_, false, call_);
+    }
+
+    EngineCall call_;
+    std::string path_;
+    std::optional<Input> input_;
+};
+
+struct Case {
+    std::string text, read;
+};
+
+const std::vector<Case> CASES = {
+    {"", ""},
+    {"text", "text"},
+    {"a{{b}}c", "a{b}c"},
+    {"a{b}c{}", "a<b>c<>"},
+    {"a { b", "a { b"},
+    {"{\t{\n{\r{ }", "{\t{\n{\r{ }"},
+    {"{\f}{\v}{\x01}{\xff}", "<\f><\v><\x01><\xff>"},
+    {std::string("{\0}\0", 4), std::string("<\0>\0", 4)},
+    {"{", "{"},
+    {"a}", "a}"},
+    {"}}}x}}}", "}}x}}"},
+    {"{{{a}}}", "{<a>}"},
+    {"{{{{{ }}}}", "{{{ }}"},
+    {"{a}}}{{", "<a>}{"},
+    {"{{ {", "{ {"},
+    {"{ {a}", "{ <a>"},
+    {"Hi {name", "Hi <name$"},
+    {"{x{y}z", "<x{{{{$"},
+    {"{x{", "<x{$"},
+    {"{a}{b{{c}}", "<a><b{{{{{$"},
+};
+
+// Sees to it that everything is told apart: text, tags, both braces, a blank.
+constexpr std::string_view ALPHABET = "a{} ";
+
+}
+
+TEST(StringInput, ResolvesBraces)
+{
+    for (const auto& [text, read] : CASES) {
+        EXPECT_EQ(readString(text), read) << text;
+    }
+}
+
+TEST(StringInput, EndsWhenItsTextIsUsedUp)
+{
+    EngineCall call;
+    Input input("ab{c}", true, call);
+    std::string out = "kept ";
+    EXPECT_TRUE(input.fillBufferTillMark(out, '{'));
+    EXPECT_EQ(out, "kept ab");
+    EXPECT_TRUE(input.fillBufferTillMark(out, '}'));
+    EXPECT_EQ(out, "kept abc");
+    EXPECT_FALSE(input.ended || input.exhausted());
+    EXPECT_FALSE(input.fillBufferTillMark(out, '{'));
+    EXPECT_TRUE(input.ended && input.exhausted());
+    EXPECT_FALSE(input.fetchStream());
+    EXPECT_EQ(out, "kept abc");
+}
+
+TEST_F(FileInput, ReadsWhatAStringReadsAtEveryChunkBoundary)
+{
+    for (const auto& [text, read] : CASES) {
+        for (size_t before = 0; before <= text.size() + 1 && before <= CHUNK; ++before) {
+            const size_t filler = CHUNK - before;
+            const std::string all = readAll(open(std::string(filler, '.') + text));
+            EXPECT_EQ(all.find_first_not_of('.'), read.empty() ? all.npos : filler) << text;
+            EXPECT_EQ(all.substr(filler), read) << text << " cut at " << before;
+        }
+    }
+}
+
+TEST_F(FileInput, FetchesChunksOfOneSizeAndThenNothing)
+{
+    Input& input = open(std::string(2 * CHUNK + 7, 'x'));
+    EXPECT_TRUE(input.buffer.empty());
+    for (const size_t size : {CHUNK, CHUNK, size_t{7}}) {
+        EXPECT_FALSE(input.exhausted());
+        EXPECT_TRUE(input.fetchStream());
+        EXPECT_EQ(input.buffer.size(), size);
+    }
+    while (input.fetchStream()) {
+        EXPECT_TRUE(input.buffer.empty());
+    }
+    EXPECT_TRUE(input.exhausted());
+    EXPECT_FALSE(input.ended);
+}
+
+TEST_F(FileInput, RefusesWhatCannotBeOpened)
+{
+    open("there");
+    for (const std::string& name : {path_ + ".missing", path_ + std::string("\0x", 2), std::string("\0", 1)}) {
+        EXPECT_EQ(outcome([&] { return readAll(input_.emplace(name, false, call_)); }),
+            std::string(("Could not open file " + name).c_str()));
+    }
+}
+
+TEST(StreamInput, ReadsWhatAStringReadsHoweverItIsDelivered)
+{
+    // Delivers `size` bytes at a time, and nothing at all every other time.
+    runPhp(R"(class Slow {
+        public static $text, $size;
+        public $context;
+        private $at = 0, $idle = false;
+        function stream_open() { return true; }
+        function stream_stat() { return false; }
+        function stream_eof() { return $this->at >= strlen(self::$text); }
+        function stream_read($count) {
+            if ($this->idle = !$this->idle) return '';
+            $piece = substr(self::$text, $this->at, self::$size);
+            $this->at += self::$size;
+            return $piece;
+        }
+    }
+    stream_wrapper_register('slow', 'Slow');)");
+    zend_class_entry* slow = zend_lookup_class(EngineString(zend_string_init("Slow", 4, false)).get());
+    const auto deliver = [&](const std::string& text, zend_long size) {
+        zend_update_static_property_stringl(slow, "text", 4, text.data(), text.size());
+        zend_update_static_property_long(slow, "size", 4, size);
+        EngineCall call;
+        Input input("slow://", false, call);
+        return readAll(input);
+    };
+    for (const auto& [text, read] : CASES) {
+        for (size_t size = 1; size <= text.size() + 1; ++size) {
+            EXPECT_EQ(deliver(text, size), read) << text << " by " << size;
+        }
+    }
+    forEachText(ALPHABET, 4, [&](const std::string& text) {
+        EXPECT_EQ(deliver(text, 1), readString(text)) << text;
+    });
+}
+
+TEST(StringInput, FindsBracesAtEveryOffsetInAWord)
+{
+    for (const char brace : {'{', '}'}) {
+        for (size_t before = 0; before < 20; ++before) {
+            // Neighbours of the braces, and bytes that borrow from the next one.
+            for (const char filler : {'x', 'z', '|', '~', '\x01', '\0', '\xfb', '\xff'}) {
+                const std::string text(before, filler);
+                const std::string after(before % 9, filler);
+                EXPECT_EQ(readString(text + brace + brace + after), text + brace + after);
+            }
+        }
+    }
+}
