@@ -7,9 +7,12 @@ namespace Bench;
 /** How fast a template is read, and whether time stays linear in its size: nothing but text, nothing but tags. */
 final class Analysis implements Section
 {
+    private const BYTES = [1000, 10_000, 100_000, 1_000_000, 10_000_000, 100_000_000];
+
     /** Bytes of text, or number of tags. */
     private const SIZES = [
-        'plain' => [1000, 10_000, 100_000, 1_000_000, 10_000_000, 100_000_000],
+        'plain' => self::BYTES,
+        'copy of plain' => self::BYTES,
         'tags' => [10, 100, 1000, 10_000, 100_000, 1_000_000],
     ];
     private const BLOCK_MILLISECONDS = 50.0;
@@ -51,13 +54,19 @@ final class Analysis implements Section
     {
         $plain = [];
         foreach ($figures['plain'] as $bytes => ['nanoseconds' => $time]) {
-            $plain[] = [Markdown::bytes($bytes), Markdown::microseconds($time), Markdown::number($bytes / $time)];
+            $copy = $figures['copy of plain'][$bytes]['nanoseconds'];
+            $plain[] = [
+                Markdown::bytes($bytes),
+                Markdown::microseconds($time),
+                Markdown::number($bytes / $time),
+                Markdown::number($bytes / $copy),
+            ];
         }
         $tags = [];
         foreach ($figures['tags'] as $count => ['nanoseconds' => $time]) {
             $tags[] = [\number_format($count), Markdown::microseconds($time), Markdown::number($count * 1000 / $time)];
         }
-        return Markdown::table(['plain text, as a string', 'µs', 'GB a second'], $plain) . "\n"
+        return Markdown::table(['plain text, as a string', 'µs', 'GB a second', 'one copy, GB a second'], $plain) . "\n"
             . Markdown::table(['variable tags, settled at once', 'µs', 'million a second'], $tags);
     }
 }

@@ -62,11 +62,17 @@ final class Growth implements Section
                 Markdown::number($hand['nanoseconds']),
                 Markdown::number($ours['nanoseconds']),
                 Markdown::number($ours['nanoseconds'] / $hand['nanoseconds']),
-                Markdown::number($hand['memory']['process'] / $hand['memory']['output']),
-                Markdown::number($ours['memory']['process'] / $ours['memory']['output']),
+                self::bytesForAByte($hand['memory']),
+                self::bytesForAByte($ours['memory']),
             ];
         }
         $head = ['rows', 'output', 'hand-written, ns a row', 'template(), ns a row', 'ratio', 'hand-written, peak bytes a byte', 'template(), peak bytes a byte'];
         return Markdown::table($head, $table);
+    }
+
+    /** Nothing for a short output, which is less than what the kernel's account is off by. @param array<string, int> $memory */
+    private static function bytesForAByte(array $memory): string
+    {
+        return $memory['output'] < 1_000_000 ? '' : Markdown::number($memory['process'] / $memory['output']);
     }
 }
