@@ -14,6 +14,7 @@ build() {
     case ${1-plain} in
         plain) build_flavour plain g++ '-g -O2' ;;
         strict)
+            need clang
             build_flavour strict-g++ g++ "-O2 $STRICT"
             build_flavour strict-clang++ clang++ "-O2 $STRICT"
             ;;

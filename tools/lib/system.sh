@@ -1,10 +1,12 @@
 # The PHP 8.4 system that everything runs in: the machine's own where it has one, else a private
 # Debian 13 in the user's cache folder, whose /usr and /etc stand over the machine's for the
-# processes that we start in there. All other folders stay what they are.
+# processes that are started in there. All other folders stay what they are.
 #
 # need GROUP…      makes sure of the packages in tools/packages/GROUP.txt
 # inside CMD ARG…  runs a command in there, with this directory, these streams, its exit status
-# become CMD ARG…  the same, in place of this shell: signals reach the command itself
+# become CMD ARG…  the same in place of this shell: signals reach the command itself
+#
+# PHP, PHP_CONFIG and PHPIZE are its programs, once it is found.
 
 CACHE=${XDG_CACHE_HOME:-${HOME:-/tmp}/.cache}/php-template
 PRIVATE=$CACHE/trixie
@@ -12,30 +14,10 @@ PRIVATE=$CACHE/trixie
 API=20240924
 WANTED="PHP 8.4 (API $API), neither thread-safe nor a debug build, with phpize beside it"
 
-KIND=      # own: a PHP that somebody else manages; host: this machine's packages; private
-PHP=       # its php, php-config and phpize
-PHPIZE=
-ENTER=()   # what goes before a command to run it in there
+KIND=    # own: a PHP that somebody else looks after; host: this machine's packages; private
+KEEP=()  # what must stay visible of the machine's /usr and /etc in the private system
 
-# Looks at a php-config: is it the PHP that we need? Says in WHY_NOT what is wrong.
-suits() {
-    local config=$1 api binary build
-    WHY_NOT=
-    command -v -- "$config" >/dev/null || { WHY_NOT="$config is not a program"; return 1; }
-    api=$("$config" --phpapi 2>/dev/null) || { WHY_NOT="$config does not answer as a php-config does"; return 1; }
-    [ "$api" = $API ] || { WHY_NOT="the PHP of $config has API ${api:-unknown}"; return 1; }
-    PHPIZE=$(command -v -- "$config")
-    PHPIZE=${PHPIZE%/*}/$(basename -- "$PHPIZE" | sed 's/php-config/phpize/')
-    [ -x "$PHPIZE" ] || { WHY_NOT="there is no phpize beside $config"; return 1; }
-    binary=$("$config" --php-binary)
-    build=$("$binary" -n -r 'echo PHP_ZTS ? "thread-safe" : (PHP_DEBUG ? "debug" : "");' 2>/dev/null) ||
-        { WHY_NOT="$config names $binary, which does not run"; return 1; }
-    [ -z "$build" ] || { WHY_NOT="the PHP of $config is a $build build"; return 1; }
-    PHP=$binary
-    PHP_CONFIG=$(command -v -- "$config")
-}
-
-# Settles which system it is, and makes it when there is none yet. Costs nothing when settled.
+# Settles which system it is, and makes it when there is none. Costs nothing when settled.
 find_system() {
     [ -z "$KIND" ] || return 0
     local config
@@ -44,15 +26,16 @@ find_system() {
         KIND=own
     else
         for config in php-config8.4 php-config; do
-            command -v "$config" >/dev/null && suits "$config" || continue
-            KIND=own
-            break
+            if command -v "$config" >/dev/null && suits "$config"; then
+                KIND=own
+                break
+            fi
         done
     fi
-    if [ "$KIND" = own ]; then
-        [[ $PHP_CONFIG != /usr/bin/* ]] || ! command -v apt-get >/dev/null || KIND=host
+    if [ "$KIND" ]; then
+        [ "$PHP_CONFIG" != /usr/bin/php-config8.4 ] || [ ! -f /var/lib/dpkg/info/php8.4-dev.list ] || KIND=host
     elif [ -d "$PRIVATE" ]; then
-        enter_private
+        use_private
     else
         . "$ROOT/tools/lib/setup.sh"
         set_up_system
@@ -60,22 +43,43 @@ find_system() {
     export PHP PHP_CONFIG
 }
 
-# The commands that stand before a command to run it in the private system. An ordinary user gets
-# the right to mount from a name space of his own, and is himself again when the command starts.
-enter_private() {
+# Whether a php-config belongs to the PHP that is needed; WHY_NOT says what is wrong with it.
+suits() {
+    local config api build
+    config=$(command -v -- "$1") || { WHY_NOT="$1 is not a program"; return 1; }
+    api=$("$config" --phpapi 2>/dev/null) || { WHY_NOT="$1 does not answer as a php-config does"; return 1; }
+    [ "$api" = $API ] || { WHY_NOT="the PHP of $1 has API ${api:-unknown}"; return 1; }
+    PHPIZE=${config%/*}/$(sed 's/php-config/phpize/' <<<"${config##*/}")
+    [ -x "$PHPIZE" ] || { WHY_NOT="there is no $PHPIZE"; return 1; }
+    PHP=$("$config" --php-binary)
+    build=$("$PHP" -n -r 'echo PHP_ZTS ? "thread-safe" : (PHP_DEBUG ? "debug" : "");' 2>/dev/null) ||
+        { WHY_NOT="its program, $PHP, does not run"; return 1; }
+    [ -z "$build" ] || { WHY_NOT="the PHP of $1 is a $build build"; return 1; }
+    PHP_CONFIG=$config
+}
+
+use_private() {
     KIND=private PHP=/usr/bin/php8.4 PHP_CONFIG=/usr/bin/php-config8.4 PHPIZE=/usr/bin/phpize8.4
-    local unshare=(unshare --mount)
-    [ "$EUID" -eq 0 ] || unshare=(unshare --user --map-root-user --mount)
-    ENTER=("${unshare[@]}" -- /bin/sh "$ROOT/tools/lib/enter.sh" "$PRIVATE" "$EUID" "$(id -g)" "$ROOT")
+}
+
+# Sets ENTER to what goes before a command to run it in there. An ordinary user gets the right to
+# mount from a name space of his own, and is himself again when the command starts.
+way_in() {
+    find_system
+    ENTER=()
+    [ "$KIND" = private ] || return 0
+    ENTER=(unshare --mount)
+    [ "$EUID" -eq 0 ] || ENTER=(unshare --user --map-root-user --mount)
+    ENTER+=(-- /bin/sh "$ROOT/tools/lib/enter.sh" "$PRIVATE" "$EUID" "$(id -g)" "$ROOT" ${#KEEP[@]} "${KEEP[@]}")
 }
 
 inside() {
-    find_system
+    way_in
     "${ENTER[@]}" "$@"
 }
 
 become() {
-    find_system
+    way_in
     exec "${ENTER[@]}" "$@"
 }
 
@@ -83,31 +87,35 @@ need() {
     find_system
     local group
     for group in "$@"; do
-        [ -f "$ROOT/tools/packages/$group.txt" ] || die "there is no package group \"$group\" in tools/packages."
+        [ -f "$ROOT/tools/packages/$group.txt" ] || die "There is no package group \"$group\" in tools/packages."
         has_group "$group" || { . "$ROOT/tools/lib/setup.sh"; add_group "$group"; }
     done
 }
 
-# The package names in a group's file: one a line, "#" starts a comment.
-packages_of() { sed -e 's/#.*//' -e 's/[[:space:]]//g' -e '/^$/d' "$ROOT/tools/packages/$1.txt"; }
-
-# Whether a group is there. The private system keeps a copy of each group's file that it has; what
-# the machine itself has, dpkg knows.
+# What the private system has is asked of its package database's files, which costs no process.
 has_group() {
-    local stamp=$PRIVATE/var/lib/php-template/$1.txt file=$ROOT/tools/packages/$1.txt
-    if [ "$KIND" = private ]; then
-        [ -f "$stamp" ] && [ "$(<"$stamp")" = "$(<"$file")" ]
-    else
+    if [ "$KIND" != private ]; then
         [ -z "$(missing_of "$1")" ]
+        return
     fi
+    local package comment info=$PRIVATE/var/lib/dpkg/info
+    [ ! -e "$PRIVATE/unfinished" ] || return 1
+    while read -r package comment; do
+        [[ $package == [a-z0-9]* ]] || continue
+        compgen -G "$info/$package.list" >/dev/null || compgen -G "$info/$package:*.list" >/dev/null || return 1
+    done <"$ROOT/tools/packages/$1.txt"
 }
 
-# The packages of a group that this machine lacks. A PHP of somebody's own brings its own parts.
+# The package names in a group's file: the first word of each line; "#" starts a comment.
+packages_of() { sed -nE 's/^([a-z0-9][^[:space:]]*).*/\1/p' "$ROOT/tools/packages/$1.txt"; }
+
+# The packages of a group that this machine lacks. A PHP of somebody's own has its own parts, and
+# where there is no dpkg nobody can tell.
 missing_of() {
-    local package
     command -v dpkg-query >/dev/null || return 0
+    local package installed
+    installed=" $(dpkg-query -W -f='${db:Status-Status}:${Package} ' 2>/dev/null)"
     for package in $(packages_of "$1"); do
-        [ "$KIND" = own ] && [[ $package == *php8.4* ]] && continue
-        [[ $(dpkg-query -W -f='${db:Status-Status} ' "$package" 2>/dev/null) == *installed* ]] || printf '%s\n' "$package"
+        [[ $KIND = own && $package == *php8.4* || $installed == *" installed:$package "* ]] || printf '%s\n' "$package"
     done
 }
