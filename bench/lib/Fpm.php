@@ -20,7 +20,7 @@ final class Fpm
         $log = $settings->scratch . '/fpm.log';
         \file_put_contents($configuration, <<<INI
             [global]
-            error_log = $log
+            error_log = "$log"
             daemonize = no
             [bench]
             listen = $this->socket

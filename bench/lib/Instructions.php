@@ -71,6 +71,7 @@ final class Instructions
             if (\preg_match('/^desc: Trigger: Client Request: (\w+)\/(\w+)\/$.*^summary: (\d+)/ms', \file_get_contents($file), $found)) {
                 [, $workload, $engine, $instructions] = $found;
                 $counts[$workload][$engine] = $instructions / self::RENDERINGS[$workload];
+                \rename($file, "$folder/$workload.$engine");
             }
         }
         return \array_replace(\array_flip($this->workloads), $counts);

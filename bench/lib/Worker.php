@@ -44,11 +44,16 @@ final class Worker
         return \json_decode($answer, true, 512, \JSON_THROW_ON_ERROR);
     }
 
-    /** All workers share the last core, one at a time, so that none pays for a move; this process stays off it. @return list<string> */
+    /**
+     * What goes before a command that is measured: all of them run on the last core that we may use, one at a time,
+     * so that none pays for a move.
+     *
+     * @return list<string>
+     */
     public static function onOneCore(): array
     {
-        $cores = (int) \shell_exec('nproc');
-        return $cores > 1 ? ['taskset', '-c', (string) ($cores - 1)] : [];
+        $several = \preg_match('/^Cpus_allowed_list:.*[-,](\d+)$/m', (string) @\file_get_contents('/proc/self/status'), $last);
+        return $several ? ['taskset', '-c', $last[1]] : [];
     }
 
     private function check(): void
