@@ -44,7 +44,7 @@ function run(array $command, array $streams = [1 => ['pipe', 'w'], 2 => ['pipe',
 
 function php(string ...$arguments): array
 {
-    return [getenv('PHP'), '-n', '-d', 'extension=' . getenv('TEMPLATE_SO'), ...$arguments];
+    return [getenv('PHP'), '-n', '-d', 'memory_limit=1G', '-d', 'extension=' . getenv('TEMPLATE_SO'), ...$arguments];
 }
 
 function render(string $database, string $folder): array

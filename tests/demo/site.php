@@ -259,7 +259,8 @@ function expected_mails(array $packages): array
     $mails = [];
     foreach ($packages as $package) {
         if (isset($package['Maintainer'])) {
-            $mails[to_line($package['Maintainer'])][$package['Maintainer']][] = $package['Package'];
+            $maintainer = words($package['Maintainer']);
+            $mails[to_line($maintainer)][$maintainer][] = $package['Package'];
         }
     }
     return sorted(array_map(fn($lists) => array_values(sorted($lists)), $mails));
@@ -268,7 +269,7 @@ function expected_mails(array $packages): array
 /** "Ada" <ada@example.org>, or what stands for it when there is no mail address. */
 function to_line(string $maintainer): string
 {
-    [$name, $address] = preg_match('/^(.*?) ?<([^<>]*)>$/', $maintainer, $part) ? [$part[1], $part[2]] : [$maintainer, ''];
+    [$name, $address] = preg_match('/^(.*?) ?<([^<>]*)>$/', $maintainer, $part) ? [trim($part[1], '"'), $part[2]] : [$maintainer, ''];
     if (!str_contains($address, '@')) {
         return 'undisclosed-recipients:;';
     }

@@ -64,7 +64,7 @@ function make_package(array $fields): array
     ];
     foreach (['version', 'architecture', 'priority', 'maintainer'] as $name) {
         if (($fields[$name] ?? '') !== '') {
-            $package[$name] = $fields[$name];
+            $package[$name] = preg_replace('/\s+/', ' ', $fields[$name]);
         }
     }
     if (isset($fields['source'])) {
