@@ -15,7 +15,7 @@ stay as it is in a mailto link while everything around it is encoded.
 <td class="wide">{optional maintainer::*::address}<a href="mailto:{rawurlencode maintainer::*::mailbox}@{rawurlencode maintainer::*::host}">{htmlspecialchars maintainer::*::address}</a>{/optional}{!optional maintainer::*::address}—{/optional}</td>
 <td class="number">{maintainer::*::count}</td>
 <td class="number wide">{maintainer::*::size}</td>
-<td><a href="mails/{rawurlencode maintainer::*::file}">read</a></td>
+<td><a href="mails/{rawurlencode maintainer::*::file}">read<span class="hidden"> the mail to {htmlspecialchars maintainer::*::name}</span></a></td>
 </tr>
 {/dynamic}</tbody>
 </table>
