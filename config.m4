@@ -51,7 +51,7 @@ if test "$PHP_TEMPLATE" != "no"; then
     template/variable_block.cpp
   "
 
-  TEMPLATE_CXXFLAGS="-std=c++20 -fvisibility=hidden -fvisibility-inlines-hidden"
+  TEMPLATE_CXXFLAGS="-std=c++23 -fvisibility=hidden -fvisibility-inlines-hidden"
   PHP_NEW_EXTENSION([template],
     [$TEMPLATE_SOURCES],
     [$ext_shared],,

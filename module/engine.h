@@ -4,7 +4,10 @@
 #ifndef TEMPLATE_MODULE_ENGINE_H
 #define TEMPLATE_MODULE_ENGINE_H
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -101,10 +104,23 @@ public:
     // memory limit first. `text` must have been filled through here only.
     void append(std::string& text, std::string_view piece)
     {
-        if (UNEXPECTED(text.capacity() - text.size() < piece.size())) {
-            grow(text, piece.size());
+        if (piece.size() > SHORT) {
+            makeRoom(text, piece.size());
+            text.append(piece);
+        } else {
+            write(text, piece.size(), [piece](char* to) { return copyShort(piece, to); });
         }
-        text.append(piece);
+    }
+
+    // Appends what `writer` writes, which gets the place to write to, with room
+    // for `most` bytes, and returns the end of what it wrote.
+    template <class Writer>
+    void write(std::string& text, size_t most, Writer writer)
+    {
+        makeRoom(text, most);
+        const size_t before = text.size();
+        text.resize_and_overwrite(before + most,
+            [&](char* begin, size_t) { return writer(begin + before) - begin; });
     }
 
     // Charges memory outside the engine's allocator to PHP's memory limit, so
@@ -122,6 +138,43 @@ public:
 
 private:
     friend class NestingLevel;
+
+    static constexpr size_t SHORT = 32;
+
+    // Copies up to SHORT bytes: most pieces of a page are short, and calling
+    // memcpy() for each costs more than the copying.
+    static char* copyShort(std::string_view piece, char* to)
+    {
+        const char* from = piece.data();
+        const size_t size = piece.size();
+        // The two halves may overlap: both are read before either is written.
+        const auto copyHalves = [&](auto half) {
+            auto last = half;
+            std::memcpy(&half, from, sizeof half);
+            std::memcpy(&last, from + size - sizeof last, sizeof last);
+            std::memcpy(to, &half, sizeof half);
+            std::memcpy(to + size - sizeof last, &last, sizeof last);
+        };
+        if (size >= 16) {
+            copyHalves(std::array<uint64_t, 2>{});
+        } else if (size >= 8) {
+            copyHalves(uint64_t{});
+        } else if (size >= 4) {
+            copyHalves(uint32_t{});
+        } else if (size >= 2) {
+            copyHalves(uint16_t{});
+        } else if (size == 1) {
+            *to = *from;
+        }
+        return to + size;
+    }
+
+    void makeRoom(std::string& text, size_t more)
+    {
+        if (UNEXPECTED(text.capacity() - text.size() < more)) {
+            grow(text, more);
+        }
+    }
 
     void interrupted();
     void grow(std::string& text, size_t more);

@@ -3,9 +3,18 @@
 #ifndef TEMPLATE_RENDER_BYTE_ESCAPER_H
 #define TEMPLATE_RENDER_BYTE_ESCAPER_H
 
+#include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
 #include <string>
 #include <string_view>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 #include "module/engine.h"
 
@@ -16,35 +25,120 @@ public:
     template <class Escape>
     ByteEscaper(EngineCall& call, Escape escape)
     {
-        for (size_t byte = 1; byte < replacements_.size(); ++byte) {
+        std::array<bool, 256> changes{};
+        for (size_t byte = 1; byte < entries_.size(); ++byte) {
             const char text = static_cast<char>(byte);
             zend_string* result = nullptr;
             call.run([&] { result = escape(std::string_view(&text, 1)); });
             const EngineString escaped(result);
-            if (escaped.text() != std::string_view(&text, 1)) {
-                replacements_[byte] = escaped.text();
-            }
+            entries_[byte] = Entry(escaped.text());
+            longest_ = std::max<size_t>(longest_, escaped.text().size());
+            changes[byte] = escaped.text() != std::string_view(&text, 1);
         }
+#ifdef __SSE2__
+        prepareBlocks(changes);
+#endif
     }
 
     // Appends `text`, which must hold no NUL, escaped.
     void append(EngineCall& call, std::string& out, std::string_view text) const
     {
-        size_t clean = 0;
-        for (size_t i = 0; i < text.size(); ++i) {
-            const std::string& replacement = replacements_[static_cast<unsigned char>(text[i])];
-            if (UNEXPECTED(!replacement.empty())) {
-                call.append(out, text.substr(clean, i - clean));
-                call.append(out, replacement);
-                clean = i + 1;
-            }
+        // In pieces, so that little room is asked for that stays unused; and a
+        // whole block may be copied behind the last byte.
+        constexpr size_t PIECE = 256;
+        while (!text.empty()) {
+            const std::string_view piece = text.substr(0, PIECE);
+            call.write(out, piece.size() * longest_ + sizeof Entry::bytes + 1,
+                [&](char* to) { return escape(piece, to); });
+            text.remove_prefix(piece.size());
         }
-        call.append(out, text.substr(clean));
     }
 
 private:
-    // Empty for a byte that stays as it is.
-    std::array<std::string, 256> replacements_;
+    // What becomes of one byte. No entity of a single byte has a longer name.
+    struct Entry {
+        Entry() = default;
+        explicit Entry(std::string_view text) : size(static_cast<uint8_t>(text.size()))
+        {
+            ZEND_ASSERT(text.size() <= sizeof bytes);
+            text.copy(bytes, sizeof bytes);
+        }
+
+        char bytes[15] = {};
+        uint8_t size = 0;
+    };
+
+    // Writes `text` escaped to `to` and returns the end of it. Copies more bytes
+    // than it needs, without asking how many: that is what makes it fast.
+    char* escape(std::string_view text, char* to) const
+    {
+        const char* from = text.data();
+        const char* const end = from + text.size();
+#ifdef __SSE2__
+        if (fewChange_) {
+            while (end - from >= 16) {
+                const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(to), block);
+                const unsigned mask = mayChange(block);
+                const int clean = mask == 0 ? 16 : std::countr_zero(mask);
+                from += clean;
+                to += clean;
+                if (mask != 0) {
+                    to = escapeByte(*from++, to);
+                }
+            }
+        }
+#endif
+        while (from < end) {
+            to = escapeByte(*from++, to);
+        }
+        return to;
+    }
+
+    char* escapeByte(char byte, char* to) const
+    {
+        const Entry& replacement = entries_[static_cast<unsigned char>(byte)];
+        std::memcpy(to, replacement.bytes, sizeof replacement.bytes);
+        return to + replacement.size;
+    }
+
+#ifdef __SSE2__
+    unsigned mayChange(__m128i block) const
+    {
+        __m128i found = _mm_and_si128(block, nonAscii_);
+        for (const __m128i& changing : changing_) {
+            found = _mm_or_si128(found, _mm_cmpeq_epi8(block, changing));
+        }
+        return static_cast<unsigned>(_mm_movemask_epi8(found));
+    }
+
+    // Sixteen bytes are looked at together when few ASCII bytes change, and the
+    // others are looked up, or all of them stay.
+    void prepareBlocks(const std::array<bool, 256>& changes)
+    {
+        size_t count = 0;
+        bool nonAscii = false;
+        for (size_t byte = 1; byte < changes.size(); ++byte) {
+            if (changes[byte] && byte >= 0x80) {
+                nonAscii = true;
+            } else if (changes[byte] && count++ < std::size(changing_)) {
+                changing_[count - 1] = _mm_set1_epi8(static_cast<char>(byte));
+            }
+        }
+        for (size_t unused = count; unused < std::size(changing_); ++unused) {
+            changing_[unused] = changing_[0];
+        }
+        fewChange_ = count > 0 && count <= std::size(changing_);
+        nonAscii_ = _mm_set1_epi8(nonAscii ? '\x80' : 0);
+    }
+
+    __m128i changing_[4];
+    __m128i nonAscii_;
+    bool fewChange_ = false;
+#endif
+
+    std::array<Entry, 256> entries_{};
+    size_t longest_ = 0;
 };
 
 #endif

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "render/compiled_path.h"
+#include "render/section_path.h"
 #include "template/reference.h"
 
 struct Candidate {
@@ -13,7 +13,7 @@ struct Candidate {
           value(value),
           namespaceName(reference.namespaceName),
           path(reference.path),
-          compiledPath(reference.path)
+          sectionPath(reference.path)
     {
     }
 
@@ -23,7 +23,7 @@ struct Candidate {
     // Both point into the reference's text, which the tag's block owns.
     std::string_view namespaceName;
     PathText path;
-    CompiledPath compiledPath;
+    SectionPath sectionPath;
 };
 
 #endif

@@ -25,6 +25,19 @@ CompiledPath::Step::Step(std::string_view key)
     zend_string_hash_val(key_.get());
 }
 
+const zval* CompiledPath::Step::search(const HashTable* table) const
+{
+    const zval* found = zend_hash_find_known_hash(table, key_.get());
+    if (found != nullptr) {
+        // A bucket begins with its value.
+        const auto* bucket = reinterpret_cast<const Bucket*>(found);
+        static_assert(offsetof(Bucket, val) == 0);
+        foundKey_ = EngineString(zend_string_copy(bucket->key));
+        place_ = static_cast<uint32_t>(bucket - table->arData);
+    }
+    return found;
+}
+
 CompiledPath::CompiledPath(PathText path)
 {
     while (!path.empty()) {

@@ -54,14 +54,28 @@ private:
             if (Z_TYPE_P(from) != IS_ARRAY) {
                 return nullptr;
             }
-            return zend_hash_find_known_hash(Z_ARRVAL_P(from), key_.get());
+            // Rows mostly share their keys, and have them at the same places.
+            const HashTable* table = Z_ARRVAL_P(from);
+            if (EXPECTED(place_ < table->nNumUsed && !HT_IS_PACKED(table))) {
+                const Bucket& bucket = table->arData[place_];
+                if (EXPECTED(bucket.key == foundKey_.get() && Z_TYPE(bucket.val) != IS_UNDEF)) {
+                    return &bucket.val;
+                }
+            }
+            return search(table);
         }
 
     private:
+        const zval* search(const HashTable* table) const;
+
         // Outside the engine's allocator, so that making one cannot fail; empty
         // for an index.
         EngineString key_;
         zend_ulong index_ = 0;
+        // Where the key was found last, and the engine's string that it was:
+        // held, so that no other string can take its address.
+        mutable EngineString foundKey_;
+        mutable uint32_t place_ = UINT32_MAX;
     };
 
     std::vector<Step> steps_;

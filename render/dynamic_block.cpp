@@ -51,14 +51,14 @@ const zval* Template::valueToIterate(DynamicBlock& block, const zval* data) cons
         // Reached through a PHP reference, it may have become something else.
         return Z_TYPE_P(block.data) == IS_ARRAY ? block.data : nullptr;
     }
-    const auto start = findSection(block.namespaceName, data);
-    if (!start) {
+    if (!block.sectionPath) {
+        block.sectionPath.emplace(block.path);
+    }
+    const DynamicBlock* section = sectionOf(block.namespaceName, *block.sectionPath, data);
+    if (section == nullptr) {
         return nullptr;
     }
-    if (!block.compiledPath) {
-        block.compiledPath.emplace(block.path);
-    }
-    const zval* value = block.compiledPath->walk(phpInterface, start->data);
+    const zval* value = walkFrom(*section, block.namespaceName, *block.sectionPath, data);
     if (value == nullptr || Z_TYPE_P(value) != IS_ARRAY) {
         return nullptr;
     }

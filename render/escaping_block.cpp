@@ -19,21 +19,16 @@ zend_string* addslashes(std::string_view text)
     return escaped;
 }
 
-const CompiledPath& compiledPath(const VariableBlock& block)
-{
-    if (!block.compiledPath) {
-        block.compiledPath.emplace(block.path);
-    }
-    return *block.compiledPath;
-}
-
 }
 
 void Template::appendEscaped(const VariableBlock& block, std::string& out, const zval* data,
     const ByteEscaper& escaper) const
 {
+    if (!block.sectionPath) {
+        block.sectionPath.emplace(block.path);
+    }
     const ValueText text
-        = sectionText(block.namespaceName, block.isKey, compiledPath(block), data);
+        = sectionText(block.namespaceName, block.isKey, *block.sectionPath, data);
     if (text.exists()) {
         escaper.append(call(), out, text.view());
     }

@@ -52,36 +52,31 @@ const zval* Template::findRootValue(PathText path) const
 }
 
 // The named section, the outermost of that name, or else the innermost one;
-// nothing outside of sections and for a name that is not open.
-std::optional<Template::SectionStart> Template::findSection(std::string_view namespaceName,
-    const zval* data) const
+// null for a name that is not open and outside of sections.
+const DynamicBlock* Template::findSection(std::string_view namespaceName) const
 {
-    if (data == nullptr || dynamicStack.empty()) {
-        return std::nullopt;
-    }
     if (namespaceName.empty()) {
-        return SectionStart{dynamicStack.back(), data};
+        return dynamicStack.empty() ? nullptr : dynamicStack.back();
     }
     for (const DynamicBlock* section : dynamicStack) {
         if (section->name == namespaceName) {
-            return SectionStart{section, section->currentData};
+            return section;
         }
     }
-    return std::nullopt;
+    return nullptr;
 }
 
-ValueText Template::sectionText(std::string_view namespaceName, bool isKey,
-    const CompiledPath& path, const zval* data) const
+ValueText Template::sectionText(std::string_view namespaceName, bool isKey, SectionPath& path,
+    const zval* data) const
 {
-    const auto start = findSection(namespaceName, data);
-    if (!start) {
+    const DynamicBlock* section = sectionOf(namespaceName, path, data);
+    if (section == nullptr) {
         return ValueText();
     }
     if (isKey) {
-        // Like any other text, a key ends at its first NUL.
-        return ValueText(std::string_view(start->section->currentKey.c_str()));
+        return ValueText(keyText(*section));
     }
-    const zval* value = path.walk(phpInterface, start->data);
+    const zval* value = walkFrom(*section, namespaceName, path, data);
     return value != nullptr ? ValueText(call(), value) : ValueText();
 }
 
@@ -89,8 +84,8 @@ std::unique_ptr<char, void (*)(void*)> Template::_getResultVariableStringValue(
     const VariableBlock& block, const zval* data) const
 {
     char* copy = nullptr;
-    const ValueText text
-        = sectionText(block.namespaceName, block.isKey, CompiledPath(block.path), data);
+    SectionPath path(block.path);
+    const ValueText text = sectionText(block.namespaceName, block.isKey, path, data);
     if (text.exists()) {
         call().run([&] { copy = estrndup(text.view().data(), text.view().size()); });
     }

@@ -9,22 +9,20 @@ void Template::_getResultOptional(OptionalBlock& block, std::string& out, const 
         _getResult(block.blocks, out, data);
         return;
     }
+    if (!block.sectionPath) {
+        block.sectionPath.emplace(block.path);
+    }
     // Without a section to ask, nothing shows, negated or not.
-    const auto start = findSection(block.namespaceName, data);
-    if (!start) {
+    const DynamicBlock* section = sectionOf(block.namespaceName, *block.sectionPath, data);
+    if (section == nullptr) {
         return;
     }
-    bool visible;
-    if (block.optionalType == OptionalBlock::CURRENT_KEY) {
-        // Quotes around the comparison text are part of it here.
-        visible = start->section->currentKey == block.compareValue;
-    } else {
-        if (!block.compiledPath) {
-            block.compiledPath.emplace(block.path);
-        }
-        visible = checkIfOptionalIsVisible(block.compiledPath->walk(phpInterface, start->data),
-            block.compareValue);
-    }
+    // Quotes around the comparison text are part of it when a key is compared.
+    const bool visible = block.optionalType == OptionalBlock::CURRENT_KEY
+        ? section->currentKey == block.compareValue
+        : checkIfOptionalIsVisible(
+              walkFrom(*section, block.namespaceName, *block.sectionPath, data),
+              block.compareValue);
     if (visible != negated) {
         _getResult(block.blocks, out, data);
     }

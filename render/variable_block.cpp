@@ -1,17 +1,43 @@
 // The variable tag, while rendering: its references are tried in turn.
+#include <charconv>
+#include <limits>
+
 #include "template/template.h"
 
 namespace {
 
-// The reference tried last shows in the block's own members.
-void remember(MultiVariableBlock& block, const Candidate& candidate)
+// The reference tried last shows in the block's own members. Mostly that is the
+// one that was tried last at the previous element.
+void remember(MultiVariableBlock& block, size_t tried)
 {
-    const bool isKey = candidate.kind == VariableKind::SECTION_KEY;
-    block.namespaceName = candidate.namespaceName;
-    block.path = candidate.path.keys();
-    block.isKey = isKey;
+    if (block.remembered != tried) {
+        Candidate& candidate = block.candidates[tried];
+        block.namespaceName = candidate.namespaceName;
+        block.path = candidate.path.keys();
+        block.isKey = candidate.kind == VariableKind::SECTION_KEY;
+        block.remembered = tried;
+    }
 }
 
+}
+
+// False when there turns out to be no value: the slot of an unset property.
+bool Template::appendValue(std::string& out, const zval* value) const
+{
+    // The frequent types are spared the making of a ValueText.
+    if (EXPECTED(Z_TYPE_P(value) == IS_STRING)) {
+        append(out, {Z_STRVAL_P(value), std::strlen(Z_STRVAL_P(value))});
+        return true;
+    }
+    if (Z_TYPE_P(value) == IS_LONG) {
+        constexpr size_t LONGEST = std::numeric_limits<zend_long>::digits10 + 2;
+        call().write(out, LONGEST,
+            [&](char* to) { return std::to_chars(to, to + LONGEST, Z_LVAL_P(value)).ptr; });
+        return true;
+    }
+    const ValueText text(call(), value);
+    append(out, text.view());
+    return text.exists();
 }
 
 void Template::_getResultVariable(MultiVariableBlock& block, std::string& out,
@@ -26,19 +52,26 @@ void Template::_getResultVariable(MultiVariableBlock& block, std::string& out,
                 reference.kind == VariableKind::ROOT_VALUE ? findRootValue(reference.path)
                                                            : nullptr);
         }
-        const Candidate& candidate = block.candidates[i];
+        Candidate& candidate = block.candidates[i];
         if (candidate.kind == VariableKind::ROOT_VALUE) {
             if (candidate.value != nullptr) {
-                append(out, ValueText(call(), candidate.value).view());
+                appendValue(out, candidate.value);
                 return;
             }
             continue;
         }
-        remember(block, candidate);
-        const ValueText text = sectionText(candidate.namespaceName, block.isKey,
-            candidate.compiledPath, data);
-        if (text.exists()) {
-            append(out, text.view());
+        remember(block, i);
+        const DynamicBlock* section
+            = sectionOf(candidate.namespaceName, candidate.sectionPath, data);
+        if (section == nullptr) {
+            continue;
+        }
+        if (candidate.kind == VariableKind::SECTION_KEY) {
+            append(out, keyText(*section));
+            return;
+        }
+        const zval* value = walkFrom(*section, candidate.namespaceName, candidate.sectionPath, data);
+        if (value != nullptr && appendValue(out, value)) {
             return;
         }
     }

@@ -64,7 +64,7 @@ public:
     bool isKey = false;
     // `path` as rendering walks it, made when it is first walked. Unused in a
     // MultiVariableBlock, whose candidates have their own.
-    mutable std::optional<CompiledPath> compiledPath;
+    mutable std::optional<SectionPath> sectionPath;
 
 protected:
     explicit VariableBlock(BlockType type) : Block(type) {}
@@ -106,6 +106,8 @@ public:
     // The first references of `variables`, as far as rendering has come, worked
     // out for good: a reference means the same at every rendering of its block.
     std::vector<Candidate> candidates;
+    // The candidate that the working fields hold.
+    size_t remembered = SIZE_MAX;
 };
 
 // The escaping tags differ in nothing but their type.
@@ -135,7 +137,7 @@ public:
     // the reference is resolved while rendering.
     const zval* data = nullptr;
     // `path` as rendering walks it, made when it is first walked.
-    std::optional<CompiledPath> compiledPath;
+    std::optional<SectionPath> sectionPath;
 
 protected:
     SubBlock(BlockType type, std::string&& namespaceName, std::deque<std::string>&& path)

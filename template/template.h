@@ -126,12 +126,6 @@ public:
 private:
     using EscapingFunction = zend_string* (*)(zend_string*);
 
-    // Where a section-relative reference starts from.
-    struct SectionStart {
-        const DynamicBlock* section;
-        const zval* data;
-    };
-
     EngineCall& call() const { return phpInterface.engineCall; }
     const std::string& currentFile() const { return fileNames.back(); }
     void checkDepth(const NestingLevel& level) const;
@@ -150,8 +144,28 @@ private:
     std::string includedFile(std::string_view content) const;
     void analyzeIncludedFile(Blocks& blocks, PendingText& pendingText, std::string fileName) const;
 
-    std::optional<SectionStart> findSection(std::string_view namespaceName, const zval* data) const;
-    ValueText sectionText(std::string_view namespaceName, bool isKey, const CompiledPath& path,
+    const DynamicBlock* findSection(std::string_view namespaceName) const;
+    // The same, remembered in `path`; null also at the top level.
+    const DynamicBlock* sectionOf(std::string_view namespaceName, SectionPath& path,
+        const zval* data) const
+    {
+        if (UNEXPECTED(path.section == nullptr)) {
+            path.section = findSection(namespaceName);
+        }
+        return data != nullptr ? path.section : nullptr;
+    }
+    const zval* walkFrom(const DynamicBlock& section, std::string_view namespaceName,
+        const SectionPath& path, const zval* data) const
+    {
+        return path.path.walk(phpInterface, namespaceName.empty() ? data : section.currentData);
+    }
+    // Like any other text, a key ends at its first NUL.
+    static std::string_view keyText(const DynamicBlock& section)
+    {
+        return section.currentKey.c_str();
+    }
+    bool appendValue(std::string& out, const zval* value) const;
+    ValueText sectionText(std::string_view namespaceName, bool isKey, SectionPath& path,
         const zval* data) const;
     void appendEscaped(const VariableBlock& block, std::string& out, const zval* data,
         const ByteEscaper& escaper) const;
