@@ -287,9 +287,7 @@ final class SectionPart implements Part
         $section = new OpenSection($this->name);
         $rendering->sections[] = $section;
         $out = '';
-        $elements = is_object($iterated->value)
-            ? ($iterated->value instanceof ArrayObject ? $iterated->value->getArrayCopy() : get_object_vars($iterated->value))
-            : $iterated->value;
+        $elements = is_object($iterated->value) ? get_object_vars($iterated->value) : $iterated->value;
         $keys = array_keys($elements);
         foreach ($this->reversed ? array_reverse($keys) : $keys as $key) {
             $section->key = is_int($key) ? sprintf('%u', $key) : $key;
@@ -631,12 +629,8 @@ final class ReferenceTemplate
     {
         $index = indexOf($key);
         if ($index !== null) {
-            return match (true) {
-                $from === null, $from->isReference => null,
-                is_array($from->value) => Slot::of($from->value, $index),
-                $from->value instanceof ArrayObject => Slot::of($from->value->getArrayCopy(), $index),
-                default => null,
-            };
+            // Properties have names, never numbers: an index finds nothing in an object.
+            return $from?->isPlainArray() ? Slot::of($from->value, $index) : null;
         }
         $from ??= $this->root;
         // A key that PHP itself stores as an integer is not found by its text ("-1").

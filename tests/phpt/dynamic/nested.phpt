@@ -22,7 +22,7 @@ $data = [
         ['items' => ['num' => []]],
         ['items' => ['x' => 'yes']],
         ['items' => ['num' => (object) ['p' => 'property', 'q' => 'another', '7' => 'numeric']]],
-        ['items' => ['num' => new ArrayObject(['stored', 'k' => 'kept'])]],
+        ['items' => ['num' => new ArrayObject(['storage is no property'])]],
         ['items' => (object) ['p' => 'not repeated']],
     ],
 ];
@@ -51,12 +51,12 @@ check([
     'a sibling' => ['{dynamic a,matrix}{/dynamic}{dynamic b,matrix}{dynamic a::*}no{/dynamic}{/dynamic}.', $data, '.'],
 
     'num of an element' => ['{dynamic n,nums}[{dynamic i,*::items}{[*]}={i::*};{/dynamic}]{/dynamic}', $data,
-        '[0=a;1=b;][][][x=yes;][p=property;q=another;7=numeric;][0=stored;k=kept;][]'],
+        '[0=a;1=b;][][][x=yes;][p=property;q=another;7=numeric;][][]'],
     'num of an element, reversed' => ['{dynamic n,nums}[{rdynamic i,n::*::items}{[*]}{/rdynamic}]{/dynamic}', $data,
-        '[10][][][x][7qp][k0][]'],
+        '[10][][][x][7qp][][]'],
     'num of the element itself' => ['{dynamic r,list}{dynamic *}{*}{/dynamic}{/dynamic}', ['list' => [['num' => [1, 2], 3], [4]]], '124'],
-    'a condition in a property' => ['{dynamic n,nums}{dynamic i,*::items}{optional [*] q}{*}{/optional}{optional * kept}{[*]}{/optional}{/dynamic}{/dynamic}',
-        $data, 'anotherk'],
+    'a condition in a property' => ['{dynamic n,nums}{dynamic i,*::items}{optional [*] q}{*}{/optional}{optional * numeric}{[*]}{/optional}{/dynamic}{/dynamic}',
+        $data, 'another7'],
 ]);
 
 $deep = [];

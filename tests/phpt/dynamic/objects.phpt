@@ -6,6 +6,7 @@ template
 <?php
 require __DIR__ . '/../helper.inc';
 
+#[AllowDynamicProperties]
 class Point
 {
     public $x = 1;
@@ -31,8 +32,7 @@ $unset = new Point();
 unset($unset->x);
 
 $objects = ['point' => $point, 'unset' => $unset, 'empty' => new stdClass(), 'linked' => $linked,
-    'array object' => new Holder(['stored', 'k' => ['deep']]), 'nested' => new ArrayObject(new ArrayObject(['inner'])),
-    'wrapping' => new ArrayObject(new Point('wrapped'))];
+    'array object' => new Holder(['stored']), 'interval' => new DateInterval('P1DT2H'), 'closure' => fn () => 1];
 
 foreach ($objects as $name => $object) {
     $seen = outcome('{dynamic r,rows}{dynamic i,*::c}{[*]}={optional [*] x}(x){/optional}{i::* \'none\'}{*::0};{/dynamic}{/dynamic}',
@@ -54,9 +54,9 @@ point: ["x=(x)1;=hidden?;=Array;never=;unset=none;label=L;added=dynamic;","Array
 unset: ["x=(x)none;=hidden?;=Array;never=;unset=none;label=L;","Array to string conversion"]
 empty: [""]
 linked: ["reference=linked value;"]
-array object: ["0=stored;k=Arraydeep;","Array to string conversion"]
-nested: ["0=inner;"]
-wrapping: ["x=(x)1;=hidden?;=Array;never=;unset=none;label=wrapped;","Array to string conversion"]
+array object: ["own=own property;"]
+interval: ["y=0;m=0;d=1;h=2;i=0;s=0;f=0;invert=0;days=;from_string=;"]
+closure: [""]
 [{"x":1,"never":null,"label":"L","added":"dynamic"},"L","linked value"]
 Cannot modify readonly property Point::$label
 2

@@ -10,7 +10,8 @@ $rows = [['n' => 'a', 'c' => [1]], ['n' => 'b', 'c' => [2]]];
 foreach ($rows as &$row) {
     $row['n'] .= '!';
 }
-// $row is a reference to the last element still.
+unset($row);
+// The elements stay references, each to a value that nothing else refers to.
 $texts = ['x', 'y'];
 foreach ($texts as &$text) {
     $text = "<$text>";
@@ -29,8 +30,8 @@ $data = [
 $both = ['num' => [9], 'x' => 1];
 
 check([
-    'elements of a constant array' => ['{dynamic rows}[{*::n}]{/dynamic}', $data, '[a!][]'],
-    'a path through the element' => ['{rows::0::n}{rows::1::n}', $data, 'a!{rows::1::n}'],
+    'elements of a constant array' => ['{dynamic rows}[{*::n}]{/dynamic}', $data, '[][]'],
+    'a path through the element' => ['{rows::0::n}{rows::1::n}', $data, '{rows::0::n}{rows::1::n}'],
     'reference elements print' => ['{dynamic texts}{*}{/dynamic}{texts::1}', $data, '<x><y><y>'],
     'and are escaped while rendering' => ['{dynamic texts}{htmlspecialchars *}{/dynamic}', $data, '&lt;x&gt;&lt;y&gt;'],
     'but not as constants' => ['[{htmlspecialchars texts::0}{htmlspecialchars texts::1}]', ['texts' => [&$text, 'k']], '[k]'],

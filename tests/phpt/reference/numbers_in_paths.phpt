@@ -44,8 +44,8 @@ check([
     'an object ends a path' => ['{o::p::k}{o::p::0}{storage::0}', $data, '{o::p::k}{o::p::0}{storage::0}'],
     'a text ends a path' => ['{l::5::0}', $data, '{l::5::0}'],
     'index into the element' => ['{dynamic r,rows}{*::0}{r::*::1}{/dynamic}', ['rows' => [['a', 'b'], 'text', ['c']]], 'abc'],
-    'key into the element' => ['{dynamic r,rows}{*::0}{*::k}{/dynamic}', ['rows' => [new ArrayObject(['stored', 'k' => 'no'])]], 'stored'],
-    'properties have no index' => ['{dynamic r,rows}[{*::0}{*::k}]{/dynamic}', ['rows' => [(object) ['zero', 'k' => 'v']]], '[]'],
+    'an object as element has properties, and those have no index' => ['{dynamic r,rows}[{*::0}{*::k}]{/dynamic}',
+        ['rows' => [(object) ['zero', 'k' => 'v'], new ArrayObject(['zero'])]], '[][]'],
 ]);
 ?>
 --EXPECT--
