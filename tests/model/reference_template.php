@@ -79,7 +79,8 @@ function formatted(string $message): string
             continue;
         }
         if ($conversion !== '') {
-            $out .= $conversion === '%' ? '%' : '%' . $conversion;
+            $adjust = str_contains(strstr($all, $width === '' ? $conversion : $width, true), '-') ? STR_PAD_RIGHT : STR_PAD_LEFT;
+            $out .= str_pad($conversion === '%' ? '%' : '%' . $conversion, (int) $width, ' ', $adjust);
         }
         $rest = substr($rest, strlen($all));
     }
@@ -287,7 +288,7 @@ final class SectionPart implements Part
         $section = new OpenSection($this->name);
         $rendering->sections[] = $section;
         $out = '';
-        $elements = is_object($iterated->value) ? get_object_vars($iterated->value) : $iterated->value;
+        $elements = is_object($iterated->value) ? get_mangled_object_vars($iterated->value) : $iterated->value;
         $keys = array_keys($elements);
         foreach ($this->reversed ? array_reverse($keys) : $keys as $key) {
             $section->key = is_int($key) ? sprintf('%u', $key) : $key;

@@ -1,0 +1,65 @@
+--TEST--
+Nesting deeper than the stack allows is a warning, in a main program and in a fiber, for sections and files
+--EXTENSIONS--
+template
+--INI--
+zend.max_allowed_stack_size=4M
+memory_limit=1G
+--FILE--
+<?php
+require __DIR__ . '/../helper.inc';
+
+// Files without end, each including the next, at no cost of open files and without user code.
+$chain = ['v' => 1, 'rows' => [1]];
+for ($i = 0; $i < 50000; $i++) {
+    $chain["n$i"] = 'data:,{include n' . ($i + 1) . '}';
+}
+
+/** What came of it, without the text, which is long. */
+function verdict(string $template, array $data = [], bool $isText = true): string
+{
+    [$result, $message] = outcome($template, $data, $isText) + [1 => ''];
+    return match (true) {
+        is_string($result) => 'rendered',
+        preg_match('~^Template nesting is too deep in (data:,\{include n\d+}$|\{[^i])~', $message) === 1 => 'too deep',
+        default => json_encode([$result, $message]),
+    };
+}
+
+$sections = ['{optional v}' => '{/optional}', '{!optional x}' => '{/optional}', '{optional x}' => '{/optional}', '{optional *}' => '{/optional}',
+    '{dynamic rows}' => '{/dynamic}', '{rdynamic x}' => '{/rdynamic}', '{dynamic *}' => '{/dynamic}', '{rdynamic rows}{optional [*] 0}' => '{/optional}{/rdynamic}'];
+function verdicts(int $depth): string
+{
+    $seen = [];
+    foreach ($GLOBALS['sections'] as $opening => $closing) {
+        $seen[] = verdict(str_repeat($opening, $depth) . 'x' . str_repeat($closing, $depth), ['v' => 1, 'rows' => [1]]);
+    }
+    return implode(', ', array_unique($seen));
+}
+
+/** Both phases have their own need of stack: no depth between may be one too many for either. */
+function staircase(): string
+{
+    $seen = [];
+    for ($depth = 400; $depth < 40000; $depth = (int) ($depth * 1.2)) {
+        $seen[] = verdicts($depth);
+    }
+    $steps = array_values(array_unique($seen));
+    return $steps[0] . ' ... ' . end($steps);
+}
+
+function all(): array
+{
+    return [verdicts(300), verdicts(100000), staircase(), verdict('{include n0}', $GLOBALS['chain']), verdict('{include n49900}', $GLOBALS['chain'])];
+}
+
+echo json_encode(all()), "\n";
+$fiber = new Fiber(all(...));
+$fiber->start();
+echo json_encode($fiber->getReturn()), "\n";
+echo template('still {v}', ['v' => 'alive'], true), "\n";
+?>
+--EXPECT--
+["rendered","too deep","rendered ... too deep","too deep","rendered"]
+["rendered","too deep","rendered ... too deep","too deep","rendered"]
+still alive

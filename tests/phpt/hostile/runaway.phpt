@@ -1,0 +1,38 @@
+--TEST--
+Runaway templates end in PHP's own limits of memory and time, and shutdown functions still render
+--EXTENSIONS--
+template
+--FILE--
+<?php
+require __DIR__ . '/../helper.inc';
+
+// Each situation ends its script, so each has a script of its own.
+$situations = [
+    'memory in the result' => '$text = str_repeat("x", 1 << 20);
+        echo template("{dynamic a,l}{dynamic b,l}{dynamic c,l}{text}{/dynamic}{/dynamic}{/dynamic}", ["l" => range(1, 100), "text" => $text], true);',
+    'memory in the text' => '$text = str_repeat("x", 1 << 20);
+        echo template("{optional missing}" . str_repeat("{text}", 100) . "{/optional}", ["text" => $text], true);',
+    'memory in files' => 'file_put_contents(__FILE__ . ".tpl", str_repeat("x", 1 << 20) . "{* a b c}"); chdir(dirname(__FILE__));
+        register_shutdown_function("unlink", __FILE__ . ".tpl");
+        echo template(str_repeat("{include " . basename(__FILE__) . ".tpl}", 100), [], true);',
+    'time' => 'set_time_limit(1);
+        echo template("{dynamic a,l}{dynamic b,l}{dynamic c,l}{dynamic d,l}{*::x}{/dynamic}{/dynamic}{/dynamic}{/dynamic}", ["l" => range(1, 1000)], true);',
+    'time in a section of nothing' => 'set_time_limit(1);
+        echo template("{dynamic a,l}{dynamic b,l}{dynamic c,l}{dynamic d,l}{/dynamic}{/dynamic}{/dynamic}{/dynamic}", ["l" => range(1, 1000)], true);',
+];
+$shutdown = 'register_shutdown_function(function () {
+    ini_set("memory_limit", -1);
+    echo "\n", template("{dynamic r,l}{r::[*]}{/dynamic} rendered at shutdown", ["l" => [1, 2]], true);
+});';
+foreach ($situations as $name => $code) {
+    [$output, $status] = run_script("$shutdown\n$code\necho 'never';", ['memory_limit' => '20M']);
+    preg_match('/Fatal error: .*?(?= in \S*SCRIPT|\()/', $output, $error);
+    echo $name, ': ', json_encode([$error[0] ?? $output, str_ends_with($output, '01 rendered at shutdown'), str_contains($output, 'never'), $status]), "\n";
+}
+?>
+--EXPECT--
+memory in the result: ["Fatal error: Allowed memory size of 20971520 bytes exhausted ",true,false,255]
+memory in the text: ["Fatal error: Allowed memory size of 20971520 bytes exhausted ",true,false,255]
+memory in files: ["Fatal error: Allowed memory size of 20971520 bytes exhausted ",true,false,255]
+time: ["Fatal error: Maximum execution time of 1 second exceeded",true,false,255]
+time in a section of nothing: ["Fatal error: Maximum execution time of 1 second exceeded",true,false,255]
