@@ -170,7 +170,7 @@ report_progress() {
     while sleep 0.3; do
         while IFS= read -r line; do
             told=$((told + 1))
-            [[ $line != 'I: '* ]] || say "  ${line#I: }"
+            [[ $line != 'I: '* || $line == *' signal '* ]] || say "  ${line#I: }"
         done < <(tail -n +$((told + 1)) "$1")
         kill -0 "$MAKING" 2>/dev/null || break
     done
@@ -195,7 +195,9 @@ finish() {
 # one. An ordinary user's may hold files of his subordinate users.
 remove() {
     [ -e "$1" ] || return 0
-    rm -rf --one-file-system -- "$1" 2>/dev/null || mmdebstrap --unshare-helper rm -rf --one-file-system -- "$1" 2>/dev/null || true
+    rm -rf --one-file-system -- "$1" 2>/dev/null && return 0
+    [ "$EUID" -eq 0 ] || mmdebstrap --unshare-helper rm -rf --one-file-system -- "$1" >/dev/null 2>&1 || true
+    rm -rf --one-file-system -- "$1" 2>/dev/null || say "Left behind, for you to delete: $1"
 }
 
 # The Debian mirror that this machine's apt uses, as lines for trixie; nothing where it has none, and
@@ -273,7 +275,7 @@ reason() {
     if grep -qiE 'no space left|enough free space|disk quota' "$1"; then
         echo "the disk is full"
     elif grep -qiE 'could not (resolve|connect)|unable to connect|connection (failed|refused|timed out|reset)|network is unreachable|failed to fetch|temporary failure|404 +not found|does not have a release file|unable to locate package' "$1"; then
-        echo "the package mirror cannot be reached or lacks them (is there a network? are the machine's apt sources right?)"
+        echo "the package mirror cannot be reached or lacks the packages (is there a network? are the machine's apt sources right?)"
     elif grep -qiE 'NO_PUBKEY|not signed|signature' "$1"; then
         echo "the mirror's signature cannot be checked (a newer debian-archive-keyring is needed)"
     elif grep -qiE 'read-only file system|permission denied|operation not permitted' "$1"; then
