@@ -9,27 +9,33 @@ final class SectionStack
 {
     /** @var list<OpenSection> */
     private array $sections = [];
-    /** @var array<int> how many open repeated sections have this name */
+    /** @var array<array{int, int}> for the name of each open repeated section: how many have it, and keep it */
     private array $names = [];
-    private int $repeated = 0;
+    /** @var array<string, int> how many sections wait for this closing tag */
+    private array $closings = [];
 
     public function push(OpenSection $section): void
     {
         $this->sections[] = $section;
-        if ($section->isRepeated()) {
-            ++$this->repeated;
-            $this->names[$section->name] = ($this->names[$section->name] ?? 0) + 1;
-        }
+        $this->count($section, 1);
     }
 
     public function pop(): void
     {
-        $section = array_pop($this->sections);
-        if ($section?->isRepeated()) {
-            --$this->repeated;
-            if (--$this->names[$section->name] === 0) {
-                unset($this->names[$section->name]);
-            }
+        $this->count(array_pop($this->sections), -1);
+    }
+
+    private function count(OpenSection $section, int $change): void
+    {
+        $closing = $section->tag->keyword->closedBy()->value;
+        $this->closings[$closing] = ($this->closings[$closing] ?? 0) + $change;
+        if (!$section->isRepeated()) {
+            return;
+        }
+        [$open, $kept] = $this->names[$section->name] ?? [0, 0];
+        $this->names[$section->name] = [$open + $change, $kept + ($section->nameIsKept ? $change : 0)];
+        if ($open + $change === 0) {
+            unset($this->names[$section->name]);
         }
     }
 
@@ -41,11 +47,10 @@ final class SectionStack
     /** To go on after a forgotten closing tag: ends the section that this tag was meant for, if there is one. */
     public function closeOuter(Keyword $closing): void
     {
-        $isMeant = static fn (OpenSection $open): bool => $open->tag->keyword->closedBy() === $closing;
-        if (!array_any($this->sections, $isMeant)) {
+        if (($this->closings[$closing->value] ?? 0) === 0) {
             return;
         }
-        while (!$isMeant($this->innermost())) {
+        while ($this->innermost()->tag->keyword->closedBy() !== $closing) {
             $this->pop();
         }
         $this->pop();
@@ -54,25 +59,19 @@ final class SectionStack
     /** Can a reference name this section? The empty name is the innermost one's. */
     public function knows(string $name): bool
     {
-        return $name === '' ? $this->repeated > 0 : isset($this->names[$name]);
+        return $name === '' ? $this->names !== [] : isset($this->names[$name]);
+    }
+
+    /** Does a section keep this name even when there is no data? */
+    public function keeps(string $name): bool
+    {
+        return ($this->names[$name][1] ?? 0) > 0;
     }
 
     /** @return list<string> every name that knows() accepts */
     public function names(): array
     {
-        $names = array_map(strval(...), array_keys($this->names));
-
-        return $this->repeated === 0 ? [] : array_values(array_unique(['', ...$names]));
-    }
-
-    /** @return list<OpenSection> the repeated sections of this name, which is not empty */
-    public function named(string $name): array
-    {
-        if ($name === '' || !isset($this->names[$name])) {
-            return [];
-        }
-
-        return array_values(array_filter($this->sections, static fn (OpenSection $open): bool => $open->name === $name));
+        return $this->names === [] ? [] : array_values(array_unique(['', ...array_map(strval(...), array_keys($this->names))]));
     }
 
     /** @return list<OpenSection> the innermost first */

@@ -119,14 +119,14 @@ final class Walk
 
     private function checkName(Tag $tag, string $name, string $text): void
     {
-        $same = $this->open->named($name);
+        if ($name === '' || !$this->open->knows($name)) {
+            return;
+        }
         $used = self::dynamicFault($text, 'namespace is used already');
-        if (array_any($same, static fn (OpenSection $open): bool => $open->nameIsKept)) {
+        if ($this->open->keeps($name)) {
             throw $used;
         }
-        if ($same !== []) {
-            $this->fault($tag, $used->getMessage(), 'when the data has the arrays of both sections', needsData: true);
-        }
+        $this->fault($tag, $used->getMessage(), 'when the data has the arrays of both sections', needsData: true);
     }
 
     private static function dynamicFault(string $text, string $what): SyntaxFault
