@@ -46,9 +46,9 @@ final class Instructions
     }
 
     /** @return array<string, array{hand: float, ours: float}> instructions for a rendering, by workload */
-    private function count(): array
+    public function count(): array
     {
-        $folder = $this->settings->scratch . '/callgrind';
+        $folder = $this->folder();
         \mkdir($folder);
         $command = [
             'valgrind',
@@ -71,10 +71,21 @@ final class Instructions
             if (\preg_match('/^desc: Trigger: Client Request: (\w+)\/(\w+)\/$.*^summary: (\d+)/ms', \file_get_contents($file), $found)) {
                 [, $workload, $engine, $instructions] = $found;
                 $counts[$workload][$engine] = $instructions / self::RENDERINGS[$workload];
-                \rename($file, "$folder/$workload.$engine");
+                \rename($file, $this->profile($workload, $engine));
             }
         }
         return \array_replace(\array_flip($this->workloads), $counts);
+    }
+
+    /** The profile that count() has left. */
+    public function profile(string $workload, string $engine): string
+    {
+        return $this->folder() . "/$workload.$engine";
+    }
+
+    private function folder(): string
+    {
+        return $this->settings->scratch . '/callgrind';
     }
 
     /** Builds the library that marks the measurements for callgrind. */

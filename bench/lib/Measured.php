@@ -49,15 +49,15 @@ final class Measured
         }
     }
 
-    /** Nanoseconds for so many renderings. */
+    /** Nanoseconds of processor time for so many renderings: what others do meanwhile does not count. */
     public function time(int $count): int
     {
         $engine = $this->engine;
-        $start = \hrtime(true);
+        $start = self::processorTime();
         for ($i = 0; $i < $count; $i++) {
             $output = $engine->render();
         }
-        $took = \hrtime(true) - $start;
+        $took = self::processorTime() - $start;
         if ($output !== $this->expected) {
             throw new \RuntimeException("$this->kind: the output has changed between two renderings");
         }
@@ -111,6 +111,15 @@ final class Measured
             'smarty' => new engines\Smarty($workload, $data, $this->scratch),
             'copy' => new engines\Copy($workload, $data),
         };
+    }
+
+    /** In nanoseconds, to a microsecond; the kernel's work for us is part of it. */
+    private static function processorTime(): int
+    {
+        $usage = \getrusage();
+        $seconds = $usage['ru_utime.tv_sec'] + $usage['ru_stime.tv_sec'];
+        $microseconds = $usage['ru_utime.tv_usec'] + $usage['ru_stime.tv_usec'];
+        return 1000 * ($seconds * 1_000_000 + $microseconds);
     }
 
     private static function status(string $field): int

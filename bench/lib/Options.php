@@ -8,7 +8,7 @@ namespace Bench;
 final class Options
 {
     /** What can be measured, by option; without any of these it is the side-by-side comparison. */
-    private const MODES = ['check', 'growth', 'analysis', 'fpm', 'micro', 'instructions', 'all'];
+    private const MODES = ['check', 'growth', 'analysis', 'fpm', 'micro', 'profile', 'instructions', 'all'];
 
     public const USAGE = <<<'TEXT'
         usage: ./dev bench [WORKLOAD…] [OPTION…]
@@ -19,7 +19,8 @@ final class Options
           --analysis      speed over plain text and over variable tags, as the template grows
           --micro         the parts of the extension one by one, in C++
           --instructions  instructions for a rendering, held against bench/baseline.json
-          --all           everything but the instructions, as one report
+          --profile       where those instructions go
+          --all           all of these but --check and --instructions, as one report
         options:
           --record        with --instructions: write bench/baseline.json anew
           --runs N        runs with processes of their own (3)

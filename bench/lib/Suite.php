@@ -38,6 +38,7 @@ final class Suite
             'growth' => fn (): Section => new Growth($settings, $options->rounds),
             'analysis' => fn (): Section => new Analysis($settings, $options->rounds),
             'micro' => fn (): Section => new Micro(),
+            'profile' => fn (): Section => new Profile(new Instructions($settings, $options->workloads)),
         ];
         $chosen = $options->mode === 'all' ? $all : [$options->mode => $all[$options->mode]];
         return \array_map(static fn (\Closure $make): Section => $make(), $chosen);
