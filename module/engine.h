@@ -216,8 +216,9 @@ private:
     EngineCall& call_;
 };
 
-// Keeps an array, or an object and its property table, alive and unchanged
-// while it is iterated: user code that writes to it meanwhile gets a copy.
+// Keeps an array, or the properties of an object, alive and unchanged while they
+// are iterated: user code that writes to the array meanwhile gets a copy, and of
+// an object a copy is iterated.
 class HeldTable final {
 public:
     // `value` is an array or an object; for anything else table() is null.
@@ -235,6 +236,7 @@ private:
     HashTable* table_ = nullptr;
     zval value_;
     zval properties_;
+    zval slots_;
 };
 
 #endif
