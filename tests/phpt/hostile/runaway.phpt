@@ -17,6 +17,9 @@ $situations = [
         echo template(str_repeat("{include " . basename(__FILE__) . ".tpl}", 100), [], true);',
     'time' => 'set_time_limit(1);
         echo template("{dynamic a,l}{dynamic b,l}{dynamic c,l}{dynamic d,l}{*::x}{/dynamic}{/dynamic}{/dynamic}{/dynamic}", ["l" => range(1, 1000)], true);',
+    'time in a stream that never delivers' => 'class W { public $context; function stream_open() { return true; } function stream_read() { return ""; }
+            function stream_eof() { return false; } function stream_stat() { return []; } }
+        set_time_limit(1); stream_wrapper_register("never", "W"); echo template("never://x", []);',
     'time in a section of nothing' => 'set_time_limit(1);
         echo template("{dynamic a,l}{dynamic b,l}{dynamic c,l}{dynamic d,l}{/dynamic}{/dynamic}{/dynamic}{/dynamic}", ["l" => range(1, 1000)], true);',
 ];
@@ -35,4 +38,5 @@ memory in the result: ["Fatal error: Allowed memory size of 20971520 bytes exhau
 memory in the text: ["Fatal error: Allowed memory size of 20971520 bytes exhausted ",true,false,255]
 memory in files: ["Fatal error: Allowed memory size of 20971520 bytes exhausted ",true,false,255]
 time: ["Fatal error: Maximum execution time of 1 second exceeded",true,false,255]
+time in a stream that never delivers: ["Fatal error: Maximum execution time of 1 second exceeded",true,false,255]
 time in a section of nothing: ["Fatal error: Maximum execution time of 1 second exceeded",true,false,255]

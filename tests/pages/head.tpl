@@ -1,0 +1,2 @@
+<!doctype html>
+<html lang="{lang 'en'}"><title>{htmlspecialchars title}</title>
