@@ -1,0 +1,221 @@
+// Lookup: single steps, paths, and what a block's reference prints.
+#include "fixture.h"
+#include "render/compiled_path.h"
+
+namespace {
+
+std::string text(const zval* value)
+{
+    EngineCall call;
+    return value != nullptr ? std::string(ValueText(call, value).view()) : "(none)";
+}
+
+// Gives an object an element under the integer key 3 of its property table.
+const zval* withIndex(const zval* object)
+{
+    zval three;
+    ZVAL_STRING(&three, "three");
+    zend_hash_index_update(Z_OBJPROP_P(object), 3, &three);
+    return object;
+}
+
+// A section that is open around what is rendered.
+std::unique_ptr<DynamicBlock> openSection(Template& page, std::string name, const zval* data,
+    std::string key)
+{
+    bool reversed = false;
+    auto section = std::make_unique<DynamicBlock>(std::move(name), "", std::deque<std::string>(), reversed);
+    section->currentData = data;
+    section->currentKey = std::move(key);
+    page.dynamicStack.push_back(section.get());
+    return section;
+}
+
+}
+
+TEST(PHPInterface, FindsByKeyAndByIndex)
+{
+    runPhp("$unit = 'ref'; class Declared { public $p = 1; }");
+    Page page("", R"(['a' => 'x', 0 => 'zero', '' => 'none', "n\0l" => 'nul', 'r' => &$unit, 's' => 'str',
+        'list' => [1 => 'one'], 'plain' => (object) ['0' => 'text'], 'declared' => new Declared])");
+    PHPInterface& data = page->phpInterface;
+    EXPECT_EQ(text(data.hashFind("a", nullptr)), "x");
+    EXPECT_EQ(text(data.hashFind("", nullptr)), "none");
+    EXPECT_EQ(text(data.hashFind(std::string_view("n\0l", 3), nullptr)), "nul");
+    EXPECT_EQ(text(data.hashFind(std::string_view("ab", 1), nullptr)), "x");
+    EXPECT_EQ(data.hashFind("n", nullptr), nullptr);
+    EXPECT_EQ(data.hashFind("0", nullptr), nullptr);
+    EXPECT_EQ(Z_TYPE_P(data.hashFind("r", nullptr)), IS_REFERENCE);
+    EXPECT_EQ(data.hashIndexFind(0, nullptr), nullptr);
+    EXPECT_EQ(text(data.hashIndexFind(0, page.data())), "zero");
+    const auto in = [&](const char* key) { return data.hashFind(key, nullptr); };
+    EXPECT_EQ(text(data.hashIndexFind(1, in("list"))), "one");
+    // Numeric names of an object's properties are string keys, but the table may hold others.
+    EXPECT_EQ(text(data.hashIndexFind(3, withIndex(in("plain")))), "three");
+    for (const char* key : {"plain", "declared", "s", "r"}) {
+        EXPECT_EQ(data.hashIndexFind(0, in(key)), nullptr) << key;
+        EXPECT_EQ(data.hashFind("0", in(key)), nullptr) << key;
+    }
+
+    PHPInterface nothing("name", nullptr);
+    EXPECT_EQ(nothing.hashFind("a", nullptr), nullptr);
+    EXPECT_EQ(nothing.hashIndexFind(0, nothing.userData), nullptr);
+    EXPECT_EQ(Z_TYPE_P(nothing.userData), IS_ARRAY);
+}
+
+TEST(Index, IsWhatReadsAndWritesBackAsANumber)
+{
+    const auto check = [](const std::string& key) {
+        const unsigned long number = strtoul(key.c_str(), nullptr, 0);
+        const bool index = std::to_string(number) == key;
+        ASSERT_EQ(indexOf(key), index ? std::optional<zend_ulong>(number) : std::nullopt) << key;
+    };
+    forEachText(std::string_view("0179x+- a\0", 10), 5, check);
+    for (const char* key : {"18446744073709551615", "18446744073709551616", "9223372036854775808",
+             "18446744073709551614", "99999999999999999999", "018446744073709551615", "0b1", "1e1"}) {
+        check(key);
+    }
+}
+
+TEST(Lookup, WalksPaths)
+{
+    runPhp("$unit = ['k' => 'ref'];");
+    Page page("", R"(['a' => ['5' => 'x', '05' => 'y', 'b' => ['c' => ['d' => 'deep']], '' => 'none'],
+        'items' => [['name' => 'first'], 'text', (object) ['name' => 1], null], 7 => 'seven',
+        'r' => &$unit, 'o' => new stdClass, '18446744073709551615' => 'max', -1 => 'minus'])");
+    withIndex(page->phpInterface.hashFind("o", nullptr));
+    using Path = std::deque<std::string>;
+    const struct {
+        Path path;
+        const char* start;
+        const char* found;
+    } cases[] = {
+        {{}, nullptr, "(none)"},
+        {{"a", "5"}, nullptr, "x"},
+        {{"a", "05"}, nullptr, "y"},
+        {{"a", "b", "c", "d"}, nullptr, "deep"},
+        {{"a", "b", "c", "d", "e"}, nullptr, "(none)"},
+        {{"a", ""}, nullptr, "none"},
+        {{"items", "0", "name"}, nullptr, "first"},
+        {{"items", "1", "name"}, nullptr, "(none)"},
+        {{"items", "2", "name"}, nullptr, "(none)"},
+        {{"items", "3"}, nullptr, ""},
+        {{"items", "4"}, nullptr, "(none)"},
+        {{"7"}, nullptr, "(none)"},
+        {{"7"}, "", "seven"},
+        // The largest index and key -1 are one and the same.
+        {{"18446744073709551615"}, "", "minus"},
+        {{"r"}, nullptr, "Array"},
+        {{"r", "k"}, nullptr, "(none)"},
+        {{"k"}, "r", "(none)"},
+        {{"o", "3"}, nullptr, "(none)"},
+        {{"3"}, "o", "three"},
+        {{"3", "x"}, "o", "(none)"},
+        {{"a"}, "o", "(none)"},
+        {{}, "items", "Array"},
+        {{"1"}, "items", "text"},
+    };
+    for (const auto& [path, start, found] : cases) {
+        const zval* from = nullptr;
+        if (start != nullptr) {
+            from = *start == '\0' ? page.data() : page->phpInterface.hashFind(start, nullptr);
+            EXPECT_EQ(text(CompiledPath(path).walk(page->phpInterface, from)), found) << keys(path);
+        }
+        EXPECT_EQ(text(page->findVariable(path, from)), found) << keys(path);
+    }
+}
+
+TEST(Lookup, TakesTheNamedSectionOrElseTheInnermost)
+{
+    Page page("");
+    Value outer("['v' => 'outer']"), middle("['v' => 'middle', 'n' => \"a\\0b\", 'b' => true]"),
+        inner("['v' => 'inner']");
+    const auto resolve = [&](const char* name, std::deque<std::string> path, bool isKey,
+                             const zval* data) {
+        const AddslashesBlock block(name, std::move(path), isKey);
+        const auto text = page->_getResultVariableStringValue(block, data);
+        return std::string(text != nullptr ? text.get() : "(none)");
+    };
+    // Nothing is open.
+    EXPECT_EQ(resolve("", {"v"}, false, inner.get()), "(none)");
+    EXPECT_EQ(resolve("", {}, true, inner.get()), "(none)");
+
+    const auto first = openSection(*page, "r", outer.get(), "0");
+    const auto second = openSection(*page, "r", middle.get(), "1");
+    const auto third = openSection(*page, "s", middle.get(), std::string("k\0y", 3));
+    const auto fourth = openSection(*page, "", inner.get(), "3");
+    EXPECT_EQ(resolve("r", {"v"}, false, inner.get()), "outer");
+    EXPECT_EQ(resolve("r", {}, true, inner.get()), "0");
+    EXPECT_EQ(resolve("s", {"n"}, false, inner.get()), "a");
+    EXPECT_EQ(resolve("s", {"b"}, false, inner.get()), "1");
+    EXPECT_EQ(resolve("s", {"ignored"}, true, inner.get()), "k");
+    EXPECT_EQ(resolve("", {"v"}, false, inner.get()), "inner");
+    EXPECT_EQ(resolve("", {"v"}, false, middle.get()), "middle");
+    EXPECT_EQ(resolve("", {}, true, middle.get()), "3");
+    EXPECT_EQ(resolve("t", {"v"}, false, inner.get()), "(none)");
+    EXPECT_EQ(resolve("r", {"w"}, false, inner.get()), "(none)");
+    EXPECT_EQ(resolve("r", {"v"}, false, nullptr), "(none)");
+    EXPECT_EQ(resolve("r", {}, true, nullptr), "(none)");
+}
+
+TEST(ValueText, IsWhatPhpMakesOfTheValueUpToItsFirstNul)
+{
+    runPhp("$unit = 2.50; class Printed { function __toString() { return \"p\\0q\"; } }");
+    for (const char* expression : {"'x'", "''", "null", "true", "false", "0", "-5", "PHP_INT_MIN",
+             "1.0", "0.1 + 0.2", "-0.0", "1e100", "NAN", "[]", "new Printed", "\"a\\0b\"", "$unit"}) {
+        Value value(expression), expected("explode(\"\\0\", (string) (" + std::string(expression) + "))[0]");
+        EngineCall call;
+        EXPECT_EQ(ValueText(call, value.get()).view(), expected.text()) << expression;
+    }
+    EngineCall call;
+    Value reference("[&$unit]"), object("new Declared");
+    EXPECT_EQ(ValueText(call, zend_hash_index_find(Z_ARRVAL_P(reference.get()), 0)).view(), "2.5");
+    // A declared property is met as a slot, when an object's table is iterated.
+    const zval* slot = zend_hash_str_find(Z_OBJPROP_P(object.get()), "p", 1);
+    ASSERT_EQ(Z_TYPE_P(slot), IS_INDIRECT);
+    EXPECT_EQ(ValueText(call, slot).view(), "1");
+    zend_unset_property(Z_OBJCE_P(object.get()), Z_OBJ_P(object.get()), "p", 1);
+    EXPECT_FALSE(ValueText(call, slot).exists());
+    EXPECT_FALSE(ValueText().exists());
+}
+
+TEST(Visibility, OfABooleanReadsItsPayload)
+{
+    Page page("");
+    for (const bool type : {false, true}) {
+        for (const zend_long payload : {0, 1, -3}) {
+            zval value;
+            ZVAL_LONG(&value, payload);
+            Z_TYPE_INFO(value) = type ? IS_TRUE : IS_FALSE;
+            EXPECT_EQ(page->checkIfOptionalIsVisible(&value, ""), type);
+            EXPECT_EQ(page->checkIfOptionalIsVisible(&value, "0"), payload == 0);
+            EXPECT_EQ(page->checkIfOptionalIsVisible(&value, "'0'"), payload == 0);
+            EXPECT_EQ(page->checkIfOptionalIsVisible(&value, "00"), payload != 0);
+            EXPECT_EQ(page->checkIfOptionalIsVisible(&value, "''"), payload != 0);
+        }
+    }
+    EXPECT_FALSE(page->checkIfOptionalIsVisible(nullptr, ""));
+}
+
+TEST(Visibility, ComparesTextsAndIntegers)
+{
+    Page page("");
+    const struct {
+        const char *value, *compare;
+        bool visible;
+    } cases[] = {
+        {"'x y'", "'x y'", true}, {"'x'", "x'x'x", true}, {"\"it's\"", "it's", true},
+        {"''", "''", true}, {"\"a\\0b\"", "a", true}, {"'b'", "  b", false}, {"'5'", "5", true},
+        {"5", "5", true}, {"12", "12abc", true}, {"-12", "-12", true}, {"0", "+12", true},
+        {"12", "+12", false}, {"0", "-", true}, {"0", " 5", true}, {"0", "''", true},
+        {"0", "9223372036854775808", true}, {"PHP_INT_MIN", "-9223372036854775808", true},
+        {"PHP_INT_MAX", "9223372036854775807", true}, {"5.0", "5", false}, {"null", "''", false},
+        {"[]", "Array", false}, {"new stdClass", "x", false}, {"new stdClass", "", true},
+        {"['visible' => 0, 1]", "", false}, {"['visible' => 1]", "", true}, {"[0]", "", true},
+        {"[]", "", false}, {"'0'", "", false}, {"'00'", "", true}, {"0.0", "", false},
+    };
+    for (const auto& [value, compare, visible] : cases) {
+        Value php(value);
+        EXPECT_EQ(page->checkIfOptionalIsVisible(php.get(), compare), visible) << value << " " << compare;
+    }
+}
