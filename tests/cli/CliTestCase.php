@@ -98,7 +98,7 @@ abstract class CliTestCase extends TestCase
 
     protected function errors(): string
     {
-        return file_get_contents("$this->folder/err");
+        return (string) @file_get_contents("$this->folder/err");
     }
 
     /** @param array<string, string> $files */

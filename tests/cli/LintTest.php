@@ -106,6 +106,7 @@ final class LintTest extends CliTestCase
             't/logo.png' => "\x89PNG\0{d::}",
             't/note.txt' => '{e::}',
         ]);
+        symlink('..', 't/deep/up');
         $files = static fn (array $run): string => preg_replace('~:1:1.*~', '', $run[1]);
         $all = $this->template('lint', 't/');
         self::assertSame("t/deep/er/two.tpl\nt/note.txt\nt/one.tpl\n", $files($all));
@@ -152,6 +153,8 @@ final class LintTest extends CliTestCase
         [$status, $output, $errors] = $this->finish($this->start([...$command, 'lint', 'a.tpl'], '', $environment));
         self::assertSame([1, "a.tpl:1:1: Bad formated parameter'a::': too many :\n"], [$status, $output]);
         self::assertStringContainsString('The extension is not loaded', $errors);
+        $found = $this->finish($this->start([...$command, 'render', '--string', 'found'], ''));
+        self::assertSame([0, 'found', ''], $found, 'TEMPLATE_SO leads to the extension');
         [$status, $output, $errors] = $this->finish($this->start([...$command, 'render', 'a.tpl'], '', $environment));
         self::assertSame([2, ''], [$status, $output]);
         self::assertMatchesRegularExpression('/^template: The PHP extension "template" is not loaded\. .*TEMPLATE_SO/', $errors);

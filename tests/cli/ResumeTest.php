@@ -100,6 +100,21 @@ final class ResumeTest extends CliTestCase
         self::assertStringContainsString('Interrupted after line 2. ', $this->errors());
     }
 
+    public function testASignalWhileTheReaderIsSlowCutsNoLine(): void
+    {
+        $process = proc_open([...self::command(), 'batch', 't', 'rows'], [1 => ['pipe', 'w'], ['file', "$this->folder/err", 'w']], $pipes);
+        // Once its output fills the pipe, the process waits in the middle of a write.
+        $read = fread($pipes[1], 10);
+        usleep(300_000);
+        proc_terminate($process, SIGINT);
+        $read .= stream_get_contents($pipes[1]);
+        self::assertSame(128 + SIGINT, proc_close($process), $this->errors());
+        $lines = explode("\n", $read);
+        self::assertSame('', array_pop($lines));
+        self::assertStringContainsString('Interrupted after line ' . count($lines) . '. ', $this->errors());
+        array_map(static fn (string $line): mixed => json_decode($line, flags: JSON_THROW_ON_ERROR), $lines);
+    }
+
     public function testTwoRunsDoNotWriteOneFile(): void
     {
         $process = $this->startWithPipe(['batch', 't', '-o', 'part'], $pipe);

@@ -87,12 +87,18 @@ final class LineSink implements Sink
 
     public function flush(): void
     {
-        if ($this->buffer === '') {
-            return;
-        }
-        $written = @fwrite($this->stream, $this->buffer);
-        if ($written !== strlen($this->buffer)) {
-            throw new Failure("Could not write $this->name: " . (error_get_last()['message'] ?? 'it was cut short'));
+        for ($at = 0; $at < strlen($this->buffer); $at += (int) $written) {
+            error_clear_last();
+            $written = @fwrite($this->stream, substr($this->buffer, $at));
+            $error = error_get_last();
+            if ($error !== null) {
+                throw new Failure("Could not write $this->name: {$error['message']}");
+            }
+            // Nothing written and no error: a signal came, or a reader of our non-blocking pipe is slow.
+            if (!$written) {
+                [$none, $stream] = [null, [$this->stream]];
+                @stream_select($none, $stream, $none, 1);
+            }
         }
         $this->buffer = '';
     }

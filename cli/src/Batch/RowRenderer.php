@@ -32,11 +32,12 @@ final readonly class RowRenderer
         // From memory, as opening the file a million times costs as much as rendering it. Only the messages differ:
         // they name the file when it is rendered as one.
         $outcome = $this->engine->render($this->text, $data, true);
-        if ($outcome->result === null) {
-            $outcome = $this->engine->render($this->template, $data);
+        $fault = $outcome->fault;
+        if ($fault !== null && is_file($this->template)) {
+            $fault = $this->engine->render($this->template, $data)->fault ?? $fault;
         }
 
-        return new Row($line, $data, $outcome->result, $outcome->fault, $outcome->notices);
+        return new Row($line, $data, $outcome->result, $fault, $outcome->notices);
     }
 
     /** Stands for the template in a journal. */

@@ -52,8 +52,7 @@ final class BatchCommand extends TemplateCommand
         $renderer = new RowRenderer($input->getArgument('template'), self::data($input, $input->getOption('data')));
         $complain = static fn (string $message) => self::complain($output, $message, always: true);
         $run = new Run($rows, $renderer, self::sink($input), $complain);
-        $bar = !$input->getOption('no-progress') && self::errors($output)->isDecorated();
-        $run->go($bar ? new Progress(self::errors($output), $rows->size, $run->before, $rows->bytes) : null);
+        $run->go(self::progress($input, self::errors($output), $run, $rows));
         self::complain($output, self::summary($run, (hrtime(true) - $start) / 1e9, $input));
 
         return match (true) {
@@ -61,6 +60,17 @@ final class BatchCommand extends TemplateCommand
             $run->done->faults > 0 && !$input->getOption('allow-faults') => self::FAILURE,
             default => self::SUCCESS,
         };
+    }
+
+    private static function progress(InputInterface $input, OutputInterface $errors, Run $run, RowReader $rows): ?Progress
+    {
+        if (!stream_isatty(STDERR) || getenv('TERM') === 'dumb' || $input->getOption('no-progress') || $errors->isQuiet()) {
+            return null;
+        }
+        // The bar moves the cursor and has no colours: NO_COLOR is no reason to leave it out.
+        $errors->setDecorated(true);
+
+        return new Progress($errors, $rows->size, $run->before, $rows->bytes);
     }
 
     private static function sink(InputInterface $input): Sink

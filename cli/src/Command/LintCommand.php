@@ -85,7 +85,12 @@ final class LintCommand extends TemplateCommand
     /** @return list<string> */
     private static function summary(Report $report, InputInterface $input): array
     {
-        $lines = [sprintf('%d files, %d faults, %d hints.', $report->files, $report->faults(), $report->hints())];
+        $lines = [sprintf(
+            '%s, %s, %s.',
+            self::count($report->files, 'file'),
+            self::count($report->faults(), 'fault'),
+            self::count($report->hints(), 'hint'),
+        )];
         if ($report->binary !== []) {
             $lines[] = 'Left out, as they are not text: ' . implode(', ', $report->binary) . '.';
         }
@@ -96,10 +101,18 @@ final class LintCommand extends TemplateCommand
         }
         if ($input->getOption('data') === null) {
             $lines[] = 'Not seen without data: which files are included under names from the data, names that are missing'
-                . ($report->sectionReferences > 0 ? ", and what the $report->sectionReferences references into repeated sections find" : '')
+                . ($report->sectionReferences === 0 ? '' : sprintf(
+                    ', and what %s into repeated sections would find',
+                    self::count($report->sectionReferences, 'reference'),
+                ))
                 . '. A sample (--data FILE) lets template() try.';
         }
 
         return $lines;
+    }
+
+    private static function count(int $count, string $what): string
+    {
+        return $count === 1 ? "1 $what" : "$count {$what}s";
     }
 }

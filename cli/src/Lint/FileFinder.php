@@ -38,16 +38,15 @@ final readonly class FileFinder
     /** @return list<string> */
     private function inFolder(string $folder): array
     {
-        $inner = new \RecursiveDirectoryIterator($folder, \FilesystemIterator::SKIP_DOTS | \FilesystemIterator::CURRENT_AS_FILEINFO);
-        $filter = new \RecursiveCallbackFilterIterator(
-            $inner,
-            fn (\SplFileInfo $file): bool => $file->isDir()
-                ? !in_array($file->getFilename(), self::SKIPPED_FOLDERS, true)
-                : $file->isFile() && $this->isWanted($file->getFilename()),
-        );
         $files = [];
-        foreach (new \RecursiveIteratorIterator($filter, flags: \RecursiveIteratorIterator::CATCH_GET_CHILD) as $file) {
-            $files[] = preg_replace('~^(\./+)+|(?<=/)/+~', '', $file->getPathname());
+        try {
+            $inner = new \RecursiveDirectoryIterator($folder, \FilesystemIterator::SKIP_DOTS);
+            $filter = new \RecursiveCallbackFilterIterator($inner, $this->isWanted(...));
+            foreach (new \RecursiveIteratorIterator($filter) as $file) {
+                $files[] = preg_replace('~^(\./+)+|(?<=/)/+~', '', $file->getPathname());
+            }
+        } catch (\UnexpectedValueException $exception) {
+            throw new UsageError("Could not read a folder under $folder: {$exception->getMessage()}.");
         }
         sort($files, SORT_STRING);
 
@@ -60,8 +59,15 @@ final readonly class FileFinder
         return str_contains((string) @file_get_contents($file, length: 8192), "\0");
     }
 
-    private function isWanted(string $name): bool
+    private function isWanted(\SplFileInfo $file): bool
     {
-        return $this->names === [] || array_any($this->names, static fn (string $glob): bool => fnmatch($glob, $name));
+        $name = $file->getFilename();
+        if ($file->isDir()) {
+            // A link to a folder could lead round in a circle.
+            return !$file->isLink() && !in_array($name, self::SKIPPED_FOLDERS, true);
+        }
+
+        return $file->isFile()
+            && ($this->names === [] || array_any($this->names, static fn (string $glob): bool => fnmatch($glob, $name)));
     }
 }
