@@ -1,0 +1,33 @@
+<?php
+/**
+ * Runs every example in the documents and compares what it shows with what comes out; follows the
+ * links from one document to another.
+ */
+
+declare(strict_types=1);
+
+require __DIR__ . '/examples.php';
+require __DIR__ . '/run.php';
+require __DIR__ . '/links.php';
+
+$passed = 0;
+$faults = [];
+foreach (glob('{README.md,HACKING.md,CHANGELOG.md,docs/*.md,examples/README.md,examples/*/README.md}', GLOB_BRACE) as $file) {
+    $text = file_get_contents($file);
+    $count = 0;
+    foreach (examples_in($text) as $example) {
+        $count++;
+        $fault = fault_of($example);
+        $fault === null ? $passed++ : $faults[] = "$file:$example->line: the example does not hold: $fault";
+    }
+    foreach (links_in($text) as [$line, $target]) {
+        $fault = link_fault($file, $target);
+        $fault === null ? $passed++ : $faults[] = "$file:$line: $fault";
+    }
+    echo "$file: $count examples\n";
+}
+foreach ($faults as $fault) {
+    echo "$fault\n";
+}
+printf("%d passed, %d failed\n", $passed, count($faults));
+exit($faults === [] ? 0 : 1);
