@@ -50,12 +50,16 @@ final class RandomCases
         $this->targets = [];
         $files = [];
         foreach (self::FILES as $name) {
-            $files[$name] = $this->chance(12) ? $this->damaged($this->body(2)) : $this->body(1);
+            $files[$name] = $this->padded($this->chance(12) ? $this->damaged($this->body(2)) : $this->body(1));
         }
         $template = $this->body(3);
+        $isText = $this->chance(2);
+        if ($this->chance(5)) {
+            $template = $this->damaged($template);
+        }
         return [
-            'template' => $this->chance(5) ? $this->damaged($template) : $template,
-            'isText' => $this->chance(2),
+            'template' => $isText ? $template : $this->padded($template),
+            'isText' => $isText,
             'files' => $files,
             'data' => $this->data(3),
         ];
@@ -91,7 +95,8 @@ final class RandomCases
                 . $this->reference() . '}',
             $kind === 16 && $this->chance(2) => '{include ' . $this->one([...self::FILES, 'gone.tpl', 'a', 'rows::b', ...self::FILES]) . '}',
             $kind <= 18 => $this->one(['{{', '}}', '}', '{ ', "{\n", "\0", '~', "\u{e9}"]),
-            default => $this->one(['text ', "line\n", ',', '(']),
+            $kind === 19 => $this->one(['text ', "line\n", ',', '(']),
+            default => $this->one(['50% ', '%%', '%s', '%n', '%-4;', '%3%', '%.2f', '%lu', '%:']),
         };
     }
 
@@ -167,6 +172,12 @@ final class RandomCases
                 . substr($template, $at + $length);
         }
         return $template;
+    }
+
+    /** Puts text before some files, so that a chunk of the reader ends in the middle of the template. */
+    private function padded(string $template): string
+    {
+        return $this->chance(4) ? str_repeat('-', 4092 - $this->random->getInt(0, min(4092, strlen($template)))) . $template : $template;
     }
 
     private function data(int $depth): array
