@@ -9,6 +9,7 @@ declare(strict_types=1);
 require __DIR__ . '/examples.php';
 require __DIR__ . '/run.php';
 require __DIR__ . '/links.php';
+require __DIR__ . '/messages.php';
 
 $passed = 0;
 $faults = [];
@@ -25,6 +26,12 @@ foreach (glob('{README.md,HACKING.md,CHANGELOG.md,docs/*.md,examples/README.md,e
         $fault === null ? $passed++ : $faults[] = "$file:$line: $fault";
     }
     echo "$file: $count examples\n";
+}
+foreach (messages_of_the_extension() as $message) {
+    is_shown($message, 'docs/messages.md') ? $passed++ : $faults[] = "docs/messages.md: no example shows \"$message\"";
+}
+if ($passed < 100) {
+    $faults[] = 'hardly any examples were found';
 }
 foreach ($faults as $fault) {
     echo "$fault\n";
