@@ -14,6 +14,20 @@ bool runGuarded(void (*body)(void*), void* argument) noexcept
     return ended;
 }
 
+namespace {
+
+// Null, or a fatal error, when the memory limit forbids it.
+void* allocateWithinLimit(size_t size)
+{
+#ifdef ZEND_HAS_OOM
+    return femalloc(size, true);
+#else
+    return emalloc(size);
+#endif
+}
+
+}
+
 EngineCall::~EngineCall()
 {
     for (const auto& [block, size] : ballast_) {
@@ -26,6 +40,7 @@ void EngineCall::interrupted()
     if (zend_atomic_bool_load_ex(&EG(timed_out))) {
         run([] { zend_timeout(); });
     }
+    leaveIfAbandoned();
 }
 
 void EngineCall::grow(std::string& text, size_t more)
@@ -49,9 +64,24 @@ void EngineCall::cover()
     const size_t size = std::max(outside_ - covered_, FREE_BYTES);
     ballast_.reserve(ballast_.size() + 1);
     void* block = nullptr;
-    run([&] { block = emalloc(size); });
+    run([&] { block = allocateWithinLimit(size); });
     ballast_.emplace_back(block, size);
     covered_ += size;
+}
+
+void EngineCall::ensureRoom(size_t bytes)
+{
+#ifdef ZEND_HAS_OOM
+    if (bytes > FREE_BYTES) {
+        run([&] {
+            if (void* block = allocateWithinLimit(bytes)) {
+                efree(block);
+            }
+        });
+    }
+#else
+    (void) bytes;
+#endif
 }
 
 void EngineCall::dischargeTo(size_t before)

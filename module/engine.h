@@ -82,10 +82,26 @@ public:
     // Throws CallAbandoned when a fatal error or a PHP exception is under way.
     void leaveIfAbandoned() const
     {
-        if (UNEXPECTED(fatal_ || EG(exception) != nullptr)) {
+        if (UNEXPECTED(fatal_ || EG(exception) != nullptr || outOfMemory())) {
             throw CallAbandoned();
         }
     }
+
+    // The memory limit has been passed, and PHP is going to say so when the call
+    // is over. (An older engine does not wait: there it is a fatal error at once.)
+    static bool outOfMemory()
+    {
+#ifdef ZEND_HAS_OOM
+        return UNEXPECTED(EG(delayed_oom).state == ZEND_OOM_STATE_PENDING);
+#else
+        return false;
+#endif
+    }
+
+    // To be called before engine code that will allocate many times what it is
+    // given: an engine that lets the memory limit be passed for a while kills the
+    // process at twice the limit. Ends in PHP's own fatal error instead.
+    void ensureRoom(size_t bytes);
 
     // A fatal error came up inside the call. Engine values that could run user
     // code when they are released are then left to the end of the request.

@@ -2,6 +2,7 @@
 // and where calls that PHP itself has put an end to are handed back to it.
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "module/message.h"
 #include "module/php_interface.h"
@@ -49,6 +50,7 @@ Ending call(const Arguments& arguments, zend_string** result, zend_string** warn
             throw std::runtime_error("Error while parsing parameters");
         }
         const std::string text = render(arguments, phpInterface, started);
+        engineCall.ensureRoom(text.size());
         engineCall.run([&] { *result = zend_string_init(text.data(), text.size(), false); });
     } catch (const std::exception& exception) {
         // What PHP has thrown meanwhile says more. Bad arguments and a file that
@@ -57,6 +59,9 @@ Ending call(const Arguments& arguments, zend_string** result, zend_string** warn
             failure = disarmFormat(exception.what());
         }
     } catch (const CallAbandoned&) {
+        if (*result != nullptr) {
+            zend_string_release(std::exchange(*result, nullptr));
+        }
     }
     if (!failure.empty()) {
         engineCall.attempt(
@@ -103,7 +108,8 @@ ZEND_FUNCTION(template)
     // The warning may run user code that ends the request, so it is raised here,
     // where nothing is left to destroy.
     if (warning != nullptr) {
-        if (ending == Ending::RETURNED && !runGuarded(raiseWarning, ZSTR_VAL(warning))) {
+        if (ending == Ending::RETURNED && !EngineCall::outOfMemory()
+            && !runGuarded(raiseWarning, ZSTR_VAL(warning))) {
             ending = Ending::FATAL;
         }
         zend_string_release(warning);

@@ -2,9 +2,15 @@
 // once, here, in the charset of the request; what depends on a section becomes a
 // block and is escaped byte by byte when it is rendered. The two differ for
 // non-ASCII text, and pages depend on either, so neither may follow the other.
+#include <algorithm>
+#include <cstring>
+
 #include "template/template.h"
 
 namespace {
+
+// From this size on a text that is to be escaped is held against the limit first.
+constexpr size_t LARGE_TEXT = 64 * 1024;
 
 zend_string* addslashes(zend_string* text)
 {
@@ -32,6 +38,15 @@ zend_string* rawurlencode(zend_string* text)
     return php_raw_url_encode(ZSTR_VAL(text), ZSTR_LEN(text));
 }
 
+// What PHP may need to escape a text, at most: it sets out with two or three
+// times its size, and a special character becomes eight ("&Yacute;").
+size_t roomToEscape(std::string_view text)
+{
+    const auto special = std::count_if(text.begin(), text.end(),
+        [](unsigned char byte) { return byte >= 0x80 || std::strchr("&<>\"", byte) != nullptr; });
+    return 3 * text.size() + 8 * static_cast<size_t>(special);
+}
+
 }
 
 template <class EscapedBlock>
@@ -53,6 +68,9 @@ void Template::analyzeEscapingBlock(Blocks& blocks, PendingText& text, std::stri
     }
     // Held, because a charset that PHP warns about runs the user's error handler.
     const EngineString original(zend_string_copy(Z_STR_P(value)));
+    if (Z_STRLEN_P(value) > LARGE_TEXT) {
+        call().ensureRoom(roomToEscape({Z_STRVAL_P(value), Z_STRLEN_P(value)}));
+    }
     zend_string* result = nullptr;
     call().attempt([&] { result = escape(original.get()); });
     const EngineString escaped(result);
