@@ -1,0 +1,4 @@
+<?php
+// One request of a fuzz target, which sets $input and $target.
+require __DIR__ . '/harness.php';
+play($input, $target);
