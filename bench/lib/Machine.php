@@ -17,6 +17,7 @@ final class Machine
             'processor' => \trim($processor[1] ?? 'unknown') . ', ' . \trim((string) \shell_exec('nproc')) . ' cores',
             'memory' => \round((int) ($memory[1] ?? 0) / 2 ** 20) . ' GB',
             'system' => \php_uname('s') . ' ' . \php_uname('r') . ', ' . \php_uname('m'),
+            'load before' => Markdown::number(\sys_getloadavg()[0]),
             ...self::versions($settings),
         ];
         if (engines\Twig::isInstalled()) {

@@ -26,6 +26,7 @@ final class Options
           --runs N        runs with processes of their own (3)
           --rounds N      rounds in a run (15)
           --json FILE     the figures in full
+          --into FILE     the report into a Markdown file, in place of the last one there
         The report goes to standard output, as Markdown.
 
         TEXT;
@@ -38,6 +39,7 @@ final class Options
         public readonly int $rounds,
         public readonly bool $record,
         public readonly ?string $json,
+        public readonly ?string $into,
     ) {
     }
 
@@ -46,7 +48,7 @@ final class Options
     {
         $mode = 'compare';
         $workloads = [];
-        $values = ['--runs' => '3', '--rounds' => '15', '--json' => null];
+        $values = ['--runs' => '3', '--rounds' => '15', '--json' => null, '--into' => null];
         $record = false;
         while (($argument = \array_shift($arguments)) !== null) {
             if (\array_key_exists($argument, $values)) {
@@ -71,6 +73,7 @@ final class Options
             \max(1, (int) $values['--rounds']),
             $record,
             $values['--json'],
+            $values['--into'],
         );
     }
 }

@@ -5,14 +5,14 @@ declare(strict_types=1);
 namespace Bench;
 
 /**
- * Whole requests through php-fpm: one after the other over one connection to one process, so that the time of a
- * request is the time between sending it and having its answer. Engines take turns of some hundred requests.
+ * Whole requests through php-fpm: one after the other over one connection to one process. Engines take turns of some
+ * hundred requests; before and after each turn the process is asked how much processor time it has taken.
  */
 final class Requests implements Section
 {
     private const WORKLOADS = ['page', 'mail', 'include'];
     private const ENDINGS = ['hand' => 'php', 'ours' => 'tpl', 'twig' => 'twig', 'smarty' => 'smarty'];
-    private const REQUESTS_A_ROUND = 300;
+    private const REQUESTS_A_ROUND = 500;
 
     public function __construct(private readonly Settings $settings, private readonly int $rounds)
     {
@@ -43,7 +43,7 @@ final class Requests implements Section
     /** @return array<string, string> the bytes to send, by "WORKLOAD ENGINE" and "empty" */
     private function requests(): array
     {
-        $folder = \dirname(__DIR__) . '/requests';
+        $folder = self::folder();
         $requests = ['empty' => FastCgi::request("$folder/empty.php", [])];
         $engines = \array_intersect_key(self::ENDINGS, \array_flip(Engines::available()));
         foreach (self::WORKLOADS as $name) {
@@ -85,16 +85,20 @@ final class Requests implements Section
         }
     }
 
-    /** Nanoseconds a request, the median of a round's: a round has too many to be disturbed in most of them. */
+    /** Nanoseconds of php-fpm's processor time for a request. */
     private function time(FastCgi $client, string $request): float
     {
-        $times = [];
+        $clock = FastCgi::request(self::folder() . '/clock.php', []);
+        $start = (int) $client->send($clock);
         for ($i = 0; $i < self::REQUESTS_A_ROUND; $i++) {
-            $start = \hrtime(true);
             $client->send($request);
-            $times[] = \hrtime(true) - $start;
         }
-        return Statistics::median($times);
+        return 1000 * ((int) $client->send($clock) - $start) / self::REQUESTS_A_ROUND;
+    }
+
+    private static function folder(): string
+    {
+        return \dirname(__DIR__) . '/requests';
     }
 
     /**

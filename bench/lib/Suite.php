@@ -16,13 +16,15 @@ final class Suite
         if ($options->mode === 'instructions') {
             return (new Instructions($settings, $options->workloads))->run($options->record);
         }
+        $report = $options->into === null ? null : new Report($options->into);
         $figures = ['machine' => Machine::describe($settings)];
-        echo Machine::report($figures['machine']);
+        $text = "## The machine\n\n" . Machine::report($figures['machine']);
         foreach (self::sections($options, $settings) as $name => $section) {
             Progress::say($section->title());
             $figures[$name] = $section->measure();
-            echo "\n## ", $section->title(), "\n\n", $section->report($figures[$name]);
+            $text .= "\n## " . $section->title() . "\n\n" . $section->report($figures[$name]);
         }
+        $report === null ? print $text : $report->replace($text);
         if ($options->json !== null) {
             \file_put_contents($options->json, \json_encode($figures, \JSON_PRETTY_PRINT | \JSON_THROW_ON_ERROR) . "\n");
         }

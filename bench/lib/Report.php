@@ -1,0 +1,28 @@
+<?php
+
+declare(strict_types=1);
+
+namespace Bench;
+
+/** A Markdown file that keeps the last report between two comments. */
+final class Report
+{
+    private const PATTERN = '/(<!-- measured: [^\n]* -->\n).*(<!-- end of measured -->)/s';
+
+    private readonly string $text;
+
+    /** Throws when the file has no place for a report: better now than after the measurements. */
+    public function __construct(private readonly string $file)
+    {
+        $this->text = (string) @\file_get_contents($file);
+        if (\preg_match(self::PATTERN, $this->text) !== 1) {
+            throw new \RuntimeException("$file has no lines <!-- measured: … --> and <!-- end of measured -->");
+        }
+    }
+
+    public function replace(string $report): void
+    {
+        $put = static fn (array $marks): string => "$marks[1]\n$report\n$marks[2]";
+        \file_put_contents($this->file, \preg_replace_callback(self::PATTERN, $put, $this->text));
+    }
+}
