@@ -1,4 +1,5 @@
-/* The argument information of template.stub.php; a test keeps the two in step. */
+/* This is a generated file, edit the .stub.php file instead.
+ * Stub hash: c3adc4f5f210d2eb54556278b9d1ba61b732df10 */
 
 ZEND_BEGIN_ARG_WITH_RETURN_TYPE_INFO_EX(arginfo_template, 0, 2, IS_STRING, 1)
 	ZEND_ARG_TYPE_INFO(0, fileName, IS_STRING, 0)
