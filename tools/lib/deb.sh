@@ -41,19 +41,22 @@ build_deb() {
 # line and through php-fpm, removes and purges it. The system is thrown away.
 test_deb() {
     . "$ROOT/tools/lib/setup.sh"
-    local options sources tests=$ROOT/packaging/debian/tests log
-    log=$(build_folder)/deb/test.log
+    local folder tests=$ROOT/packaging/debian/tests make=(mmdebstrap) options sources
+    folder=$(build_folder)/deb
     command -v mmdebstrap >/dev/null && [ -f /usr/share/keyrings/debian-archive-keyring.gpg ] ||
         add_to_machine mmdebstrap debian-archive-keyring
+    # what it mounts and starts is to go away with it
+    [ "$EUID" -ne 0 ] || make=(unshare --mount --pid --fork --kill-child=KILL mmdebstrap --mode=root)
     mapfile -t options < <(proxies)
-    mapfile -t sources < <(mirror)
+    mapfile -t sources < <(mirrors)
     say "Trying it in a fresh Debian (a minute or two) …"
-    mmdebstrap --variant=minbase --format=null --include=php8.4-cli,php8.4-fpm,libfcgi-bin "${options[@]}" \
+    TMPDIR=$folder "${make[@]}" --variant=minbase --format=null "${options[@]}" \
+        --include=php8.4-cli,php8.4-fpm,libfcgi-bin \
         --customize-hook="copy-in $DEB $tests/cli $tests/fpm $ROOT/packaging/debian-life-test /root" \
         --customize-hook='chroot "$1" sh /root/debian-life-test /root' \
-        trixie - "${sources[@]}" >"$log" 2>&1 </dev/null || {
-        tail -n 30 "$log" >&2
-        die "The Debian package fails in a fresh system; the whole output is in $log."
+        trixie - "${sources[@]}" >"$folder/test.log" 2>&1 </dev/null || {
+        tail -n 30 "$folder/test.log" >&2
+        die "The Debian package fails in a fresh system; the whole output is in $folder/test.log."
     }
-    sed -n 's/^ok: //p' "$log" >&2
+    sed -n 's/^ok: /  /p' "$folder/test.log" >&2
 }
