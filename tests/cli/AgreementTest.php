@@ -30,7 +30,7 @@ final class AgreementTest extends CliTestCase
     ];
     private const array DATA = [
         ['a' => [1, ['a' => [1]]], 'b' => 'first', 'r' => ['num' => [1]]],
-        ['a' => 'x', 'b' => ['c' => 5], '' => [1]],
+        ['a' => 'x', 'b' => ['c' => 5], '' => [1], 0 => 'first'],
     ];
 
     private Randomizer $random;
@@ -60,13 +60,35 @@ final class AgreementTest extends CliTestCase
         return [[1], [2], [3], [4]];
     }
 
+    /** Every reference of up to four parts, in every tag that has one. */
+    public function testOnEveryShapeOfReference(): void
+    {
+        $references = $shorter = ['a', '*', '[*]', '.*', ''];
+        for ($parts = 2; $parts <= 4; ++$parts) {
+            $longer = [];
+            foreach ($shorter as $left) {
+                array_push($longer, "$left::a", "$left::*", "$left::[*]", "$left::.*", "$left::");
+            }
+            array_push($references, ...$longer);
+            $shorter = $longer;
+        }
+        $accepted = 0;
+        foreach ($references as $reference) {
+            foreach (['{x %s}', '{addslashes %s}', '{optional %s y}{/optional}', '{rdynamic r,%s}{/rdynamic}', '{include %s}'] as $tag) {
+                $accepted += (int) $this->compare(sprintf($tag, $reference), true);
+            }
+        }
+        self::assertCount(780, $references);
+        self::assertGreaterThan(200, $accepted);
+    }
+
     private function part(int $depth): string
     {
         $text = '';
         for ($count = $this->random->getInt(0, 3); $count > 0; --$count) {
             $text .= match ($this->random->getInt(0, $depth > 0 ? 7 : 3)) {
                 0 => $this->one(['{a b}', '{a *::b}', '{b::c}', '{r::*::a}', "{x 'y'}", 'text', "line\n", '{addslashes *::a}']),
-                1 => $this->one(['{include first}', '{include second}', '{include b}', '{include none}', '{a *::b}', '{r::*::a s::::}']),
+                1 => $this->one(['{include first}', '{include second}', '{include 0}', '{include b}', '{include none}', '{a *::b}', '{r::*::a s::::}']),
                 2, 3 => $this->random->getInt(0, 3) === 0 ? $this->one(self::PIECES) . $this->one(self::PIECES) : 'x',
                 default => implode($this->part($depth - 1), $this->one(self::SECTIONS)),
             };
@@ -101,7 +123,7 @@ final class AgreementTest extends CliTestCase
                 : array_any($expected, static fn (string $message): bool => EngineMessage::isSame($warning, $message));
             self::assertTrue($agrees, var_export([
                 'template' => $isText ? $template : file_get_contents($template),
-                'files' => [file_get_contents('first'), file_get_contents('second')],
+                'files' => array_map(file_get_contents(...), glob('*')),
                 'data' => $data,
                 'engine' => $warning,
                 'scanner' => $expected,

@@ -85,6 +85,14 @@ final class ScannerTest extends TestCase
         yield 'blanks' => ['{dynamic r, a}{/dynamic}{optional b  c}{/optional}{addslashes d e}', '1:1 blank', '1:25 blank', '1:51 blank'];
     }
 
+    public function testLooksNamesUpAsTheEngineDoes(): void
+    {
+        $data = ['a' => [5 => 'x', '05' => 'y', -1 => 'z', 'b' => ['c' => 'd']], 0 => 'top', '' => 'empty'];
+        $find = static fn (string ...$path): mixed => TemplateCli\Language\UserData::find($data, $path);
+        self::assertSame(['x', 'y', 'd', 'empty'], [$find('a', '5'), $find('a', '05'), $find('a', 'b', 'c'), $find('')]);
+        self::assertSame([null, null, null, null], [$find('0'), $find('a', '-1'), $find('a', '5', 'x'), $find('none')]);
+    }
+
     public function testCostIsInLineWithTheSizeOfTheText(): void
     {
         $start = hrtime(true);
