@@ -56,7 +56,7 @@ void EngineCall::grow(std::string& text, size_t more)
     larger.reserve(capacity);
     larger.append(text);
     text.swap(larger);
-    outside_ -= std::min(held, outside_);
+    discharge(held);
 }
 
 void EngineCall::cover()

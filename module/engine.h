@@ -148,6 +148,7 @@ public:
             cover();
         }
     }
+    void discharge(size_t bytes) { outside_ -= bytes < outside_ ? bytes : outside_; }
     size_t charged() const { return outside_; }
     // Takes back what was charged since charged() returned `before`.
     void dischargeTo(size_t before);
@@ -205,6 +206,21 @@ private:
     std::vector<std::pair<void*, size_t>> ballast_;
     unsigned depth_ = 0;
     bool fatal_ = false;
+};
+
+// A text that goes away before the call ends, and gives back what it was charged.
+class PassingText final {
+public:
+    explicit PassingText(EngineCall& call) : call_(call) {}
+    PassingText(const PassingText&) = delete;
+    PassingText& operator=(const PassingText&) = delete;
+    // Growing charges what is more than an empty string has room for.
+    ~PassingText() { call_.discharge(text.capacity() - std::string().capacity()); }
+
+    std::string text;
+
+private:
+    EngineCall& call_;
 };
 
 // One level of nesting (a section's body, an included file) in either phase.

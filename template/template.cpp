@@ -50,9 +50,9 @@ void Template::_analyzeTemplate(Blocks& blocks, PendingText& text, Block::BlockT
 bool Template::analyzeTag(Blocks& blocks, PendingText& text, Block::BlockType closing)
 {
     // A tag that the input's end cuts off is taken as it is.
-    std::string tag;
-    input.fillBufferTillMark(tag, '}');
-    const auto [argument, type] = matchTag(tag);
+    PassingText tag(call());
+    input.fillBufferTillMark(tag.text, '}');
+    const auto [argument, type] = matchTag(tag.text);
     switch (type) {
     case Block::MULTI_VARIABLE:
         analyzeVariableBlock(blocks, text, argument);

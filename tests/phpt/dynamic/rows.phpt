@@ -9,6 +9,8 @@ require __DIR__ . '/../helper.inc';
 $data = [
     'list' => ['x', 'y', 'z'],
     'map' => ['a' => 1, 5 => 2, 'b' => 3],
+    'holes' => array_filter([1, 0, 2, 0, 3, 0]),
+    'emptied' => array_filter([0, 0]),
     'empty' => [],
     'text' => 'abc',
     'numeric' => 3,
@@ -41,6 +43,9 @@ check([
     'nothing inside' => ['<{dynamic list}{/dynamic}>', $data, '<>'],
     'two after each other, one name' => ["{dynamic r,list}{*}{/dynamic}{dynamic r,map}{*}{/dynamic}", $data, 'xyz123'],
 
+    'a list with holes' => ["{dynamic r,holes}$each", $data, '0=1;2=2;4=3;'],
+    'a list with holes, reversed' => ['{rdynamic r,holes}{r::[*]}={r::*};{/rdynamic}', $data, '4=3;2=2;0=1;'],
+    'a list of holes' => ["<{dynamic r,emptied}$each>{optional emptied}no{/optional}", $data, '<>'],
     'empty' => ["<{dynamic r,empty}$each>", $data, '<>'],
     'missing' => ["<{dynamic r,missing}$each>", $data, '<>'],
     'a text' => ["<{dynamic r,text}$each>", $data, '<>'],

@@ -23,6 +23,11 @@ $situations = [
     'time in a section of nothing' => 'set_time_limit(1);
         echo template("{dynamic a,l}{dynamic b,l}{dynamic c,l}{dynamic d,l}{/dynamic}{/dynamic}{/dynamic}{/dynamic}", ["l" => range(1, 1000)], true);',
 ];
+// A large template that needs little is not taken for a runaway: its tags do not add up.
+[$output] = run_script('$path = __FILE__ . ".tpl"; file_put_contents($path, str_repeat("{addslashes this_is_a_rather_long_name_of_nothing}\n", 500000));
+    ini_set("memory_limit", "16M"); echo strlen(template($path, [])); unlink($path);', ['memory_limit' => '128M']);
+echo $output, "\n";
+
 $shutdown = 'register_shutdown_function(function () {
     ini_set("memory_limit", -1);
     echo "\n", template("{dynamic r,l}{r::[*]}{/dynamic} rendered at shutdown", ["l" => [1, 2]], true);
@@ -34,6 +39,7 @@ foreach ($situations as $name => $code) {
 }
 ?>
 --EXPECT--
+500000
 memory in the result: ["Fatal error: Allowed memory size of 20971520 bytes exhausted ",true,false,255]
 memory in the text: ["Fatal error: Allowed memory size of 20971520 bytes exhausted ",true,false,255]
 memory in files: ["Fatal error: Allowed memory size of 20971520 bytes exhausted ",true,false,255]
