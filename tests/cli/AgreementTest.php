@@ -121,7 +121,8 @@ final class AgreementTest extends CliTestCase
             $agrees = $warning === null
                 ? $data !== [] || $expected === []
                 : array_any($expected, static fn (string $message): bool => EngineMessage::isSame($warning, $message));
-            self::assertTrue($agrees, var_export([
+            $this->addToAssertionCount(1);
+            $agrees || self::fail(var_export([
                 'template' => $isText ? $template : file_get_contents($template),
                 'files' => array_map(file_get_contents(...), glob('*')),
                 'data' => $data,

@@ -89,7 +89,7 @@ final class LintTest extends CliTestCase
 
     public function testASectionAroundTheIncludeIsKnown(): void
     {
-        $this->files(['list' => '{dynamic r,rows}{include row}{/dynamic}', 'row' => '{include cell}', 'cell' => '{r::*::a}{s::*}']);
+        $this->files(['list' => '{dynamic r,rows}{include row}{/dynamic}', 'row' => '{include cell}', 'cell' => '{r::*::a}{s::*}{s::*::b}']);
         self::assertSame(
             "cell:1:10: hint: no section named \"s\" is open here for \"s::*\" [unknown-section]\n",
             $this->template('lint', 'list', 'row', 'cell')[1],

@@ -60,10 +60,16 @@ final class Linter
         $around = new SectionsAround($this->scans);
         foreach ($this->scans as $name => $scan) {
             $this->report->sectionReferences += $scan->sectionReferences;
-            foreach ($scan->hints as $hint) {
-                if ($this->wants($hint) && !($hint->kind === HintKind::UnknownSection && $around->has($name, $hint->section))) {
-                    $this->report->findings[] = Finding::ofHint($hint);
+            $unknown = [];
+            foreach (array_filter($scan->hints, $this->wants(...)) as $hint) {
+                if ($hint->kind === HintKind::UnknownSection) {
+                    // One hint will do: a file that is made to be included may have nothing but such references.
+                    if (isset($unknown[$hint->section]) || $around->has($name, $hint->section)) {
+                        continue;
+                    }
+                    $unknown[$hint->section] = true;
                 }
+                $this->report->findings[] = Finding::ofHint($hint);
             }
         }
         usort($this->report->findings, static fn (Finding $a, Finding $b): int => self::order($a) <=> self::order($b));
