@@ -1,7 +1,7 @@
 <?php
 /**
- * Runs every example in the documents and compares what it shows with what comes out; follows the
- * links from one document to another.
+ * Runs every example in the documents and compares what it shows with what comes out; looks up what
+ * they quote, and follows the links from one document to another.
  */
 
 declare(strict_types=1);
@@ -24,6 +24,9 @@ foreach (glob('{README.md,HACKING.md,CHANGELOG.md,docs/*.md,examples/README.md,e
     foreach (links_in($text) as [$line, $target]) {
         $fault = link_fault($file, $target);
         $fault === null ? $passed++ : $faults[] = "$file:$line: $fault";
+    }
+    foreach (quotations_in($text) as [$line, $source, $block]) {
+        is_file($source) && str_contains(file_get_contents($source), $block) ? $passed++ : $faults[] = "$file:$line: $source has no such part";
     }
     echo "$file: $count examples\n";
 }

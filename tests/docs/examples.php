@@ -10,8 +10,9 @@
  *
  * The blocks of an example follow one another, with prose between them as it likes. An example ends
  * with its output, its warning, or both. "…" in these two stands for whatever is there. A block of
- * code that is nobody's example says so: "php fragment", "template fragment". All other fences
- * (console, html, sh …) are none of this reader's business.
+ * code that is nobody's example says so: "php fragment", "template fragment". One that is a part of a
+ * file says of which: "php from examples/a.php". All other fences (console, html, sh …) are none of
+ * this reader's business.
  */
 
 declare(strict_types=1);
@@ -89,7 +90,7 @@ function examples_in(string $markdown): iterable
         if ($kind === '#') {
             $heading = $block;
         }
-        if (!in_array($kind, ['template', 'data', 'php', 'output', 'warning'], true) || $words === ['fragment']) {
+        if (!in_array($kind, ['template', 'data', 'php', 'output', 'warning'], true) || in_array($words[0] ?? '', ['fragment', 'from'], true)) {
             continue;
         }
         $isResult = in_array($kind, ['output', 'warning'], true);
@@ -102,6 +103,16 @@ function examples_in(string $markdown): iterable
     }
     if ($example !== null) {
         yield $example;
+    }
+}
+
+/** @return iterable<array{int, string, string}> blocks that are parts of files: line, name of the file, content */
+function quotations_in(string $markdown): iterable
+{
+    foreach (blocks_in($markdown) as [$line, $info, $block]) {
+        if (preg_match('/^\S+ from (\S+)$/', $info, $match)) {
+            yield [$line, $match[1], $block];
+        }
     }
 }
 
