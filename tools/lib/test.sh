@@ -1,7 +1,7 @@
 # Runs the test suites and adds up what they report.
 
 run_tests() {
-    local flavour=plain suite chosen=() names=() argument
+    local flavour=plain suite chosen names=() argument
     for argument in "$@"; do
         case $argument in
             --valgrind) export TEST_VALGRIND=1 ;;
@@ -11,15 +11,14 @@ run_tests() {
             *) names+=("$argument") ;;
         esac
     done
-    mapfile -t chosen < <(choose_suites "${names[@]}")
-    [ ${#chosen[@]} -gt 0 ] || die "No test suite is called ${names[*]}; there are: $(suite_names)."
+    chosen=$(choose_suites "${names[@]}") || exit 1
 
     [ -z "${TEST_VALGRIND-}${TEST_ASAN-}" ] || need debug
     build "$flavour"
     export LOG=$BUILD/suite.log
     cd "$ROOT"
     PASSED=0 FAILED=0 SKIPPED=0 BAD=()
-    for suite in "${chosen[@]}"; do run_suite "$suite"; done
+    while IFS= read -r -u 3 suite; do run_suite "$suite"; done 3<<<"$chosen"
 
     [ ${#BAD[@]} -eq 0 ] || printf '\nFailed: %s\n' "${BAD[*]}"
     printf '\n%d passed, %d failed%s\n' $PASSED $FAILED "$([ $SKIPPED -eq 0 ] || printf ', %d skipped' $SKIPPED)"
@@ -30,14 +29,14 @@ suite_names() { printf '%s\n' "$ROOT"/tests/suites/[0-9]* | sed 's|.*/[0-9]*-||'
 
 # The suites to run: all, or those named, by NAME or NN-NAME.
 choose_suites() {
-    local suite base name
-    for suite in "$ROOT"/tests/suites/[0-9]*; do
-        base=${suite##*/}
-        [ -x "$suite" ] || continue
-        [ $# -gt 0 ] || { printf '%s\n' "$suite"; continue; }
-        for name in "$@"; do
-            [ "$name" != "$base" ] && [ "$name" != "${base#*-}" ] || printf '%s\n' "$suite"
+    local suites=("$ROOT"/tests/suites/[0-9]*) suite name found
+    [ $# -gt 0 ] || { printf '%s\n' "${suites[@]}"; return; }
+    for name in "$@"; do
+        found=
+        for suite in "${suites[@]}"; do
+            [[ ${suite##*/} != "$name" && ${suite##*/} != [0-9]*-"$name" ]] || { printf '%s\n' "$suite"; found=yes; }
         done
+        [ "$found" ] || die "No test suite is called $name; there are: $(suite_names)."
     done
 }
 
