@@ -1,35 +1,33 @@
 #include "input/input.h"
 
+#include <algorithm>
 #include <bit>
-#include <cstdint>
-#include <cstring>
 #include <stdexcept>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace {
 
 constexpr size_t CHUNK_SIZE = 4092;
 
-// The first brace of either kind in [from, end), or `end`. Eight bytes at a
-// time: plain text is most of a template, and this is all that is done to it.
+// The first brace of either kind in [from, end), or `end`. Plain text is most of
+// a template, and this is all that is done to it.
 const char* findBrace(const char* from, const char* end)
 {
-    constexpr uint64_t ONES = 0x0101010101010101;
-    constexpr uint64_t HIGHS = 0x8080808080808080;
-    if constexpr (std::endian::native == std::endian::little) {
-        for (; end - from >= 8; from += 8) {
-            uint64_t word;
-            std::memcpy(&word, from, sizeof word);
-            // A byte that becomes zero sets its own high bit, and perhaps those of
-            // bytes above it: only the lowest one counts.
-            const uint64_t open = word ^ (ONES * '{');
-            const uint64_t close = word ^ (ONES * '}');
-            const uint64_t found
-                = (((open - ONES) & ~open) | ((close - ONES) & ~close)) & HIGHS;
-            if (found != 0) {
-                return from + std::countr_zero(found) / 8;
-            }
+#ifdef __SSE2__
+    const __m128i open = _mm_set1_epi8('{');
+    const __m128i close = _mm_set1_epi8('}');
+    for (; end - from >= 16; from += 16) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+        const int mask = _mm_movemask_epi8(
+            _mm_or_si128(_mm_cmpeq_epi8(block, open), _mm_cmpeq_epi8(block, close)));
+        if (mask != 0) {
+            return from + std::countr_zero(static_cast<unsigned>(mask));
         }
     }
+#endif
     while (from < end && *from != '{' && *from != '}') {
         ++from;
     }
@@ -158,7 +156,7 @@ bool Input::fetchStream()
     buffer.resize(CHUNK_SIZE);
     ssize_t count = 0;
     call_.run([&] { count = php_stream_read(stream, buffer.data(), CHUNK_SIZE); });
-    buffer.resize(count > 0 ? count : 0);
+    buffer.resize(std::max<ssize_t>(count, 0));
     return true;
 }
 

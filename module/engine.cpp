@@ -47,9 +47,11 @@ void EngineCall::grow(std::string& text, size_t more)
 {
     // Doubling copies least; a large text grows by half, so that the old and
     // the new one together stay below three times what is in them.
+    constexpr size_t SMALL = 256;
     constexpr size_t LARGE = 1024 * 1024;
     const size_t held = text.capacity();
-    const size_t capacity = std::max(text.size() + more, held < LARGE ? held * 2 : held + held / 2);
+    const size_t grown = held < LARGE ? held * 2 : held + held / 2;
+    const size_t capacity = std::max({text.size() + more, grown, SMALL});
     charge(capacity);
     // reserve() on the text itself would round up to a doubling.
     std::string larger;

@@ -39,6 +39,7 @@ public:
     }
 
     zend_string* get() const { return string_; }
+    zend_string* release() { return std::exchange(string_, nullptr); }
     // The bytes up to the first NUL: what the system prints of a PHP string.
     std::string_view text() const { return {ZSTR_VAL(string_), std::strlen(ZSTR_VAL(string_))}; }
 
@@ -138,6 +139,9 @@ public:
         text.resize_and_overwrite(before + most,
             [&](char* begin, size_t) { return writer(begin + before) - begin; });
     }
+
+    // Makes room for `bytes` more at once.
+    void reserve(std::string& text, size_t bytes) { makeRoom(text, bytes); }
 
     // Charges memory outside the engine's allocator to PHP's memory limit, so
     // that a template cannot outgrow it; ends in PHP's own fatal error.

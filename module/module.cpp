@@ -23,10 +23,10 @@ enum class Ending {
 };
 
 // Copies of the template's text that are made outside the engine's allocator:
-// the interface's, the template's, the reader's, and the text that comes of it.
-constexpr size_t COPIES_OF_TEMPLATE = 4;
+// the interface's, the template's, and the reader's.
+constexpr size_t COPIES_OF_TEMPLATE = 3;
 
-std::string render(const Arguments& arguments, PHPInterface& phpInterface, bool& started)
+EngineString render(const Arguments& arguments, PHPInterface& phpInterface, bool& started)
 {
     if (arguments.stringMode) {
         phpInterface.engineCall.charge(COPIES_OF_TEMPLATE * arguments.fileName.size());
@@ -34,7 +34,7 @@ std::string render(const Arguments& arguments, PHPInterface& phpInterface, bool&
     Template page(phpInterface.fileName, phpInterface, arguments.stringMode);
     started = true;
     page.analyzeTemplate();
-    return page.getResult();
+    return page.getResultString();
 }
 
 // Renders into `result`, or leaves the warning to raise, if any, in `warning`.
@@ -49,9 +49,10 @@ Ending call(const Arguments& arguments, zend_string** result, zend_string** warn
         if (!arguments.valid) {
             throw std::runtime_error("Error while parsing parameters");
         }
-        const std::string text = render(arguments, phpInterface, started);
-        engineCall.ensureRoom(text.size());
-        engineCall.run([&] { *result = zend_string_init(text.data(), text.size(), false); });
+        EngineString text = render(arguments, phpInterface, started);
+        // Closing the template's stream may have run user code.
+        engineCall.leaveIfAbandoned();
+        *result = text.release();
     } catch (const std::exception& exception) {
         // What PHP has thrown meanwhile says more. Bad arguments and a file that
         // cannot be opened are told by both.

@@ -107,6 +107,21 @@ std::string Template::getResult()
     return result;
 }
 
+EngineString Template::getResultString()
+{
+    const auto copy = [this](std::string_view text) {
+        zend_string* string = nullptr;
+        call().ensureRoom(text.size());
+        call().run([&] { string = zend_string_init(text.data(), text.size(), false); });
+        return EngineString(string);
+    };
+    // Without sections analysis has done all there is to do.
+    if (blocks.size() == 1 && blocks.front()->type == Block::TEXT) {
+        return copy(castTo<TextBlock>(*blocks.front()).text);
+    }
+    return copy(getResult());
+}
+
 void Template::_getResult(Blocks& blocks, std::string& output, const zval* data)
 {
     static const RenderTable table = buildRenderTable();

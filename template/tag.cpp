@@ -1,12 +1,11 @@
 #include "template/tag.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "template/template.h"
 
 namespace {
-
-constexpr std::string_view BLANKS = " \t\r\n\f\v";
 
 struct Keyword {
     std::string_view text;
@@ -38,24 +37,18 @@ const std::vector<Keyword>& keywords()
 // and its like being written back as they stand.
 std::string_view trimmed(std::string_view text)
 {
-    if (const size_t first = text.find_first_not_of(BLANKS); first != std::string_view::npos) {
-        const size_t last = text.find_last_not_of(BLANKS);
-        return text.substr(first, last - first + 1);
-    }
-    return text;
+    const auto first = std::find_if_not(text.begin(), text.end(), isBlank);
+    const auto last = std::find_if_not(text.rbegin(), text.rend(), isBlank).base();
+    return first == text.end() ? text : std::string_view(first, last);
 }
 
-}
-
-bool isBlank(char byte)
-{
-    return BLANKS.find(byte) != std::string_view::npos;
 }
 
 TagText matchTag(std::string_view tag)
 {
+    const char first = tag.empty() ? '\0' : tag.front();
     for (const Keyword& keyword : keywords()) {
-        if (tag.starts_with(keyword.text)) {
+        if (first == keyword.text.front() && tag.starts_with(keyword.text)) {
             return {trimmed(tag.substr(keyword.text.size())), keyword.type};
         }
     }

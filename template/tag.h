@@ -7,7 +7,10 @@
 #include "template/block.h"
 
 // Space, tab, carriage return, line feed, form feed, vertical tab.
-bool isBlank(char byte);
+inline bool isBlank(char byte)
+{
+    return byte == ' ' || (byte >= '\t' && byte <= '\r');
+}
 
 // Template::matchInput() without a copy: the argument points into the tag.
 struct TagText {

@@ -13,6 +13,8 @@ namespace {
 // deque, which allocates also when it is empty.
 constexpr size_t BLOCK_BYTES = 1024;
 constexpr size_t TEXT_BLOCK_BYTES = 96;
+// Enough for the text of most files, little to be wrong about.
+constexpr size_t FILE_TEXT_BYTES = 4096;
 
 }
 
@@ -27,6 +29,8 @@ Template::Template(std::string fileName, PHPInterface& phpInterface, bool string
 void Template::analyzeTemplate()
 {
     auto pending = std::make_unique<TextBlock>();
+    // Mostly the values that are folded in are about as long as their tags.
+    call().reserve(pending->text, stringMode ? currentFile().size() : FILE_TEXT_BYTES);
     _analyzeTemplate(blocks, pending, Block::VARIABLE);
 }
 

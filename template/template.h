@@ -45,6 +45,8 @@ public:
     void analyzeTemplate();
     // Renders the tree. One caller at a time: rendering writes into the tree.
     std::string getResult();
+    // The same as a new string of the engine's.
+    EngineString getResultString();
 
     // Analysis. Each step appends to `blocks` and to the pending text.
 
