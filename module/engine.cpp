@@ -66,9 +66,12 @@ void EngineCall::cover()
     const size_t size = std::max(outside_ - covered_, FREE_BYTES);
     ballast_.reserve(ballast_.size() + 1);
     void* block = nullptr;
-    run([&] { block = allocateWithinLimit(size); });
-    ballast_.emplace_back(block, size);
-    covered_ += size;
+    attempt([&] { block = allocateWithinLimit(size); });
+    if (block != nullptr) {
+        ballast_.emplace_back(block, size);
+        covered_ += size;
+    }
+    leaveIfAbandoned();
 }
 
 void EngineCall::ensureRoom(size_t bytes)

@@ -70,6 +70,17 @@ public:
         leaveIfAbandoned();
     }
 
+    // The same for engine code that makes a string.
+    template <class Make>
+    EngineString makeString(Make make)
+    {
+        zend_string* made = nullptr;
+        attempt([&] { made = make(); });
+        EngineString owned(made);
+        leaveIfAbandoned();
+        return owned;
+    }
+
     // The same for destructors, which must not throw: what happened is kept for
     // the next leaveIfAbandoned().
     template <class Body>

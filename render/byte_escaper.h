@@ -28,9 +28,8 @@ public:
         std::array<bool, 256> changes{};
         for (size_t byte = 1; byte < entries_.size(); ++byte) {
             const char text = static_cast<char>(byte);
-            zend_string* result = nullptr;
-            call.run([&] { result = escape(std::string_view(&text, 1)); });
-            const EngineString escaped(result);
+            const EngineString escaped
+                = call.makeString([&] { return escape(std::string_view(&text, 1)); });
             entries_[byte] = Entry(escaped.text());
             longest_ = std::max<size_t>(longest_, escaped.text().size());
             changes[byte] = escaped.text() != std::string_view(&text, 1);

@@ -83,11 +83,12 @@ ValueText Template::sectionText(std::string_view namespaceName, bool isKey, Sect
 std::unique_ptr<char, void (*)(void*)> Template::_getResultVariableStringValue(
     const VariableBlock& block, const zval* data) const
 {
-    char* copy = nullptr;
+    std::unique_ptr<char, void (*)(void*)> copy(nullptr, [](void* text) { efree(text); });
     SectionPath path(block.path);
     const ValueText text = sectionText(block.namespaceName, block.isKey, path, data);
     if (text.exists()) {
-        call().run([&] { copy = estrndup(text.view().data(), text.view().size()); });
+        call().attempt([&] { copy.reset(estrndup(text.view().data(), text.view().size())); });
+        call().leaveIfAbandoned();
     }
-    return {copy, [](void* text) { efree(text); }};
+    return copy;
 }

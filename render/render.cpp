@@ -110,10 +110,9 @@ std::string Template::getResult()
 EngineString Template::getResultString()
 {
     const auto copy = [this](std::string_view text) {
-        zend_string* string = nullptr;
         call().ensureRoom(text.size());
-        call().run([&] { string = zend_string_init(text.data(), text.size(), false); });
-        return EngineString(string);
+        return call().makeString(
+            [text] { return zend_string_init(text.data(), text.size(), false); });
     };
     // Without sections analysis has done all there is to do.
     if (blocks.size() == 1 && blocks.front()->type == Block::TEXT) {

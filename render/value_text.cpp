@@ -34,15 +34,13 @@ ValueText::ValueText(EngineCall& call, const zval* value)
 
 void ValueText::convert(EngineCall& call, const zval* value)
 {
-    zend_string* text = nullptr;
-    call.attempt([&] {
+    converted_ = call.makeString([value] {
         // The user code that runs may drop the value that is being converted.
         zval held;
         ZVAL_COPY(&held, value);
-        text = zval_get_string(&held);
+        zend_string* text = zval_get_string(&held);
         zval_ptr_dtor(&held);
+        return text;
     });
-    converted_ = EngineString(text);
-    call.leaveIfAbandoned();
     text_ = converted_.text();
 }

@@ -71,10 +71,7 @@ void Template::analyzeEscapingBlock(Blocks& blocks, PendingText& text, std::stri
     if (Z_STRLEN_P(value) > LARGE_TEXT) {
         call().ensureRoom(roomToEscape({Z_STRVAL_P(value), Z_STRLEN_P(value)}));
     }
-    zend_string* result = nullptr;
-    call().attempt([&] { result = escape(original.get()); });
-    const EngineString escaped(result);
-    call().leaveIfAbandoned();
+    const EngineString escaped = call().makeString([&] { return escape(original.get()); });
     append(text->text, escaped.text());
 }
 
