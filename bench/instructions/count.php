@@ -17,7 +17,10 @@ $marks = \FFI::cdef('void begin_count(void); void end_count(const char *name);',
 foreach (\explode(',', $workloads) as $name) {
     $workload = new Workload($name, $scratch);
     foreach (\explode(',', $engines) as $kind) {
-        $engine = $kind === 'ours' ? new engines\Ours($workload, $workload->data()) : new engines\HandWritten($workload, $workload->data());
+        $engine = match ($kind) {
+            'ours' => new engines\Ours($workload, $workload->data()),
+            'hand' => new engines\HandWritten($workload, $workload->data()),
+        };
         $count = Instructions::RENDERINGS[$name];
         for ($i = 0; $i < 3; $i++) {
             $engine->render();

@@ -66,7 +66,9 @@ final class Analysis implements Section
         foreach ($figures['tags'] as $count => ['nanoseconds' => $time]) {
             $tags[] = [\number_format($count), Markdown::microseconds($time), Markdown::number($count * 1000 / $time)];
         }
-        return Markdown::table(['plain text, as a string', 'µs', 'GB a second', 'one copy, GB a second'], $plain) . "\n"
+        $head = ['plain text, as a string', 'µs', 'GB a second', 'one copy, GB a second'];
+        return Markdown::table($head, $plain)
+            . "\n"
             . Markdown::table(['variable tags, settled at once', 'µs', 'million a second'], $tags);
     }
 }

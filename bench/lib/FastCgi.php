@@ -28,7 +28,12 @@ final class FastCgi
     /** The bytes of a request for a script. @param array<string, string> $parameters what it finds in $_SERVER */
     public static function request(string $script, array $parameters): string
     {
-        $parameters += ['SCRIPT_FILENAME' => $script, 'REQUEST_METHOD' => 'GET', 'REQUEST_URI' => '/', 'SERVER_PROTOCOL' => 'HTTP/1.1'];
+        $parameters += [
+            'SCRIPT_FILENAME' => $script,
+            'REQUEST_METHOD' => 'GET',
+            'REQUEST_URI' => '/',
+            'SERVER_PROTOCOL' => 'HTTP/1.1',
+        ];
         $pairs = '';
         foreach ($parameters as $name => $value) {
             $pairs .= \pack('N', \strlen($name) | 1 << 31) . \pack('N', \strlen($value) | 1 << 31) . $name . $value;

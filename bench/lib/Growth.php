@@ -66,11 +66,23 @@ final class Growth implements Section
                 self::bytesForAByte($ours['memory']),
             ];
         }
-        $head = ['rows', 'output', 'hand-written, ns a row', 'template(), ns a row', 'ratio', 'hand-written, peak bytes a byte', 'template(), peak bytes a byte'];
+        $head = [
+            'rows',
+            'output',
+            'hand-written, ns a row',
+            'template(), ns a row',
+            'ratio',
+            'hand-written, peak bytes a byte',
+            'template(), peak bytes a byte',
+        ];
         return Markdown::table($head, $table);
     }
 
-    /** Nothing for a short output, which is less than what the kernel's account is off by. @param array<string, int> $memory */
+    /**
+     * Nothing for a short output, which is less than what the kernel's account is off by.
+     *
+     * @param array<string, int> $memory
+     */
     private static function bytesForAByte(array $memory): string
     {
         return $memory['output'] < 1_000_000 ? '' : Markdown::number($memory['process'] / $memory['output']);

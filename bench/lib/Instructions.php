@@ -28,6 +28,9 @@ final class Instructions
             . ':glibc.cpu.x86_non_temporal_threshold=0x40000000',
     ];
 
+    /** In a profile: the name of the measurement, and what it comes to. */
+    private const TOTAL = '/^desc: Trigger: Client Request: (\w+)\/(\w+)\/$.*^summary: (\d+)/ms';
+
     /** A ratio may grow by this much without being called slower. */
     private const TOLERANCE = 0.05;
 
@@ -43,7 +46,7 @@ final class Instructions
     {
         $counts = $this->count();
         $now = \array_map(static fn (array $count): float => \round($count['ours'] / $count['hand'], 4), $counts);
-        $recorded = \is_file(self::BASELINE) ? \json_decode(\file_get_contents(self::BASELINE), true, 512, \JSON_THROW_ON_ERROR) : [];
+        $recorded = Json::read(self::BASELINE);
         if ($record) {
             $ratios = $now + ($recorded['ratios'] ?? []);
             $this->record(\array_replace(\array_intersect_key(self::RENDERINGS, $ratios), $ratios));
@@ -74,7 +77,7 @@ final class Instructions
         self::execute($command, "$folder/log");
         $counts = [];
         foreach (\glob("$folder/out.*") as $file) {
-            if (\preg_match('/^desc: Trigger: Client Request: (\w+)\/(\w+)\/$.*^summary: (\d+)/ms', \file_get_contents($file), $found)) {
+            if (\preg_match(self::TOTAL, \file_get_contents($file), $found)) {
                 [, $workload, $engine, $instructions] = $found;
                 $counts[$workload][$engine] = $instructions / self::RENDERINGS[$workload];
                 \rename($file, $this->profile($workload, $engine));
@@ -97,9 +100,10 @@ final class Instructions
     /** Builds the library that marks the measurements for callgrind. */
     private function marks(): string
     {
+        $log = $this->settings->scratch . '/marks.log';
         $library = $this->settings->scratch . '/marks.so';
         $source = \dirname(__DIR__) . '/instructions/marks.cpp';
-        self::execute(['g++', '-O1', '-shared', '-fPIC', '-o', $library, $source], $this->settings->scratch . '/marks.log');
+        self::execute(['g++', '-O1', '-shared', '-fPIC', '-o', $library, $source], $log);
         return $library;
     }
 
@@ -116,8 +120,7 @@ final class Instructions
     /** @param array<string, float> $ratios */
     private function record(array $ratios): void
     {
-        $baseline = ['made with' => Machine::versions($this->settings), 'ratios' => $ratios];
-        \file_put_contents(self::BASELINE, \json_encode($baseline, \JSON_PRETTY_PRINT | \JSON_UNESCAPED_SLASHES | \JSON_THROW_ON_ERROR) . "\n");
+        Json::write(self::BASELINE, ['made with' => Machine::versions($this->settings), 'ratios' => $ratios]);
     }
 
     /**
@@ -150,9 +153,11 @@ final class Instructions
                 $verdict,
             ];
         }
-        echo Markdown::table(['workload', 'hand-written, instructions', 'template(), instructions', 'ratio', 'recorded', 'change', ''], $rows), "\n";
+        $head = ['workload', 'hand-written', 'template()', 'ratio', 'recorded', 'change', ''];
+        echo Markdown::table($head, $rows), "\n";
         if ($failures > 0) {
-            echo "More than 5 % above bench/baseline.json. If that is as it must be: ./dev bench --instructions --record\n";
+            echo "More than 5 % above bench/baseline.json.\n";
+            echo "If that is as it must be: ./dev bench --instructions --record\n";
         }
         \printf("%d passed, %d failed\n", \count($counts) - $failures, $failures);
         return $failures === 0 ? 0 : 1;

@@ -27,7 +27,7 @@ final class Measured
         ];
     }
 
-    /** Sets the engine up for a workload and renders twice: the first rendering compiles. Returns where the output is. */
+    /** Sets the engine up for a workload and renders twice: the first time compiles. Returns where the output is. */
     public function prepare(string $workload, ?int $size = null): string
     {
         $this->setUp($workload, $size);

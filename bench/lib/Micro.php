@@ -62,9 +62,10 @@ final class Micro implements Section
     {
         $rows = [];
         foreach ($figures as $name => $figure) {
+            $isForEach = isset($figure['items_per_second']);
             $rows[] = [
                 $name,
-                Markdown::number(isset($figure['items_per_second']) ? 1e9 / $figure['items_per_second'] : $figure['nanoseconds']),
+                Markdown::number($isForEach ? 1e9 / $figure['items_per_second'] : $figure['nanoseconds']),
                 isset($figure['bytes_per_second']) ? Markdown::number($figure['bytes_per_second'] / 1e9) : '',
             ];
         }

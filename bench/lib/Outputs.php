@@ -19,11 +19,13 @@ final class Outputs
         foreach ($workers as $engine => $worker) {
             $output = \file_get_contents($worker->prepare($workload, $size));
             if ($output !== $expected) {
-                throw new \RuntimeException("$workload: " . Engines::title($engine) . self::difference($output, $expected));
+                $difference = self::difference($output, $expected);
+                throw new \RuntimeException("$workload: " . Engines::title($engine) . $difference);
             }
             $uncached = $worker->uncached();
             if ($uncached !== []) {
-                throw new \RuntimeException(Engines::title($engine) . ' runs without opcache: ' . \implode(', ', $uncached));
+                $files = \implode(', ', $uncached);
+                throw new \RuntimeException(Engines::title($engine) . " runs without opcache: $files");
             }
         }
         return \strlen($expected);
@@ -32,7 +34,10 @@ final class Outputs
     private static function difference(string $output, string $expected): string
     {
         $at = \strspn($output ^ $expected, "\0");
-        $show = static fn (string $text): string => \json_encode(\substr($text, \max(0, $at - 20), 60), \JSON_INVALID_UTF8_SUBSTITUTE);
-        return " differs from the hand-written template at byte $at: " . $show($output) . ', not ' . $show($expected);
+        [$output, $expected] = \array_map(
+            static fn (string $text): string => \addcslashes(\substr($text, \max(0, $at - 20), 60), "\0..\37"),
+            [$output, $expected],
+        );
+        return " differs from the hand-written template at byte $at: \"$output\", not \"$expected\"";
     }
 }

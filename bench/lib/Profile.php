@@ -86,15 +86,17 @@ final class Profile implements Section
 
     public function report(array $figures): string
     {
+        $percent = static fn (float $part): string => \sprintf('%.0f %%', 100 * $part);
+        $head = ['workload', 'instructions', 'to hand-written', ...\array_keys(\current($figures)['parts'])];
         $rows = [];
         foreach ($figures as $workload => ['instructions' => $counts, 'parts' => $parts]) {
             $rows[] = [
                 $workload,
                 \number_format($counts['ours']),
                 Markdown::number($counts['ours'] / $counts['hand']),
-                ...\array_values(\array_map(static fn (float $part): string => \sprintf('%.0f %%', 100 * $part), $parts)),
+                ...\array_map($percent, \array_values($parts)),
             ];
         }
-        return Markdown::table(['workload', 'instructions', 'to hand-written', ...\array_keys(\current($figures)['parts'])], $rows);
+        return Markdown::table($head, $rows);
     }
 }

@@ -53,7 +53,7 @@ final class Requests implements Section
                     'DATA' => Workload::folder() . "/$name/data.php",
                     'TEMPLATE' => $this->template($workload, $engine, $ending),
                     'AS_STRING' => $workload->isString ? '1' : '0',
-                    'FOLDERS' => \implode(':', \array_filter($workload->templateFolders(), \is_dir(...))),
+                    'FOLDERS' => \implode(':', Workload::templateFolders($this->settings->scratch)),
                     'SCRATCH' => $this->settings->scratch,
                 ]);
             }
@@ -109,9 +109,10 @@ final class Requests implements Section
      */
     private function summary(array $times): array
     {
+        $subtract = static fn (float $time, float $empty): float => $time - $empty;
         $summary = [];
         foreach ($times as $name => $list) {
-            $over = $name === 'empty' ? $list : \array_map(static fn (float $time, float $empty): float => $time - $empty, $list, $times['empty']);
+            $over = $name === 'empty' ? $list : \array_map($subtract, $list, $times['empty']);
             $summary[$name] = ['nanoseconds' => Statistics::median($over), 'quartiles' => Statistics::quartiles($over)];
         }
         return $summary;
@@ -125,7 +126,8 @@ final class Requests implements Section
             $cells = [$workload];
             foreach ($engines as $engine) {
                 ['nanoseconds' => $time, 'quartiles' => $quartiles] = $figures["$workload $engine"];
-                $cells[] = Markdown::microseconds($time) . ' (' . \implode(' to ', \array_map(Markdown::microseconds(...), $quartiles)) . ')';
+                $range = Markdown::range($quartiles, Markdown::microseconds(...));
+                $cells[] = Markdown::microseconds($time) . " ($range)";
             }
             $rows[] = $cells;
         }

@@ -43,11 +43,15 @@ final class Settings
         return new self(\getenv('PHP') ?: \PHP_BINARY, $module, $build . '/bench');
     }
 
-    /** The settings as PHP takes them on its command line. JIT can only be chosen here: not while PHP runs. @return list<string> */
+    /**
+     * The settings as PHP takes them on its command line. JIT can only be chosen here: not while PHP runs.
+     *
+     * @return list<string>
+     */
     public function options(bool $jit = false): array
     {
         $ini = self::INI;
-        $ini['include_path'] = \implode(':', (new Workload('page', $this->scratch))->templateFolders());
+        $ini['include_path'] = \implode(':', Workload::templateFolders($this->scratch));
         $ini['extension'] = $this->module;
         if ($jit) {
             $ini['opcache.jit'] = 'tracing';

@@ -57,7 +57,8 @@ final class SideBySide implements Section
         $result = [];
         foreach ($this->workloads as $workload) {
             Progress::say("memory of $workload");
-            $result[$workload] = ['bytes' => $lengths[$workload], 'engines' => $this->summary($workload, $times[$workload])];
+            $summary = $this->summary($workload, $times[$workload]);
+            $result[$workload] = ['bytes' => $lengths[$workload], 'engines' => $summary];
         }
         return $result;
     }
@@ -65,8 +66,11 @@ final class SideBySide implements Section
     /** @return array<string, Worker> */
     private function workers(): array
     {
-        $engines = Engines::available();
-        return \array_combine($engines, \array_map(fn (string $engine): Worker => new Worker($this->settings, $engine), $engines));
+        $workers = [];
+        foreach (Engines::available() as $engine) {
+            $workers[$engine] = new Worker($this->settings, $engine);
+        }
+        return $workers;
     }
 
     /**
@@ -96,7 +100,8 @@ final class SideBySide implements Section
         $medians = \array_map(static fn (array $runs): array => \array_map(Statistics::median(...), $runs), $times);
         $summary = [];
         foreach ($times as $engine => $runs) {
-            $ratios = \array_map(static fn (float $own, float $hand): float => $own / $hand, $medians[$engine], $medians['hand']);
+            $divide = static fn (float $own, float $hand): float => $own / $hand;
+            $ratios = \array_map($divide, $medians[$engine], $medians['hand']);
             $all = \array_merge(...$runs);
             $summary[$engine] = [
                 'nanoseconds' => Statistics::median($all),
@@ -119,16 +124,18 @@ final class SideBySide implements Section
     private static function ratios(array $result): string
     {
         $others = \array_values(\array_diff(\array_keys(\current($result)['engines']), ['hand']));
+        $head = ['workload', 'output', 'hand-written, µs', ...\array_map(Engines::title(...), $others)];
         $rows = [];
         foreach ($result as $workload => ['bytes' => $bytes, 'engines' => $engines]) {
+            $ratio = static fn (string $engine): string => Markdown::number($engines[$engine]['ratio']);
             $rows[] = [
                 "$workload: " . Workload::ALL[$workload],
                 Markdown::bytes($bytes),
                 Markdown::microseconds($engines['hand']['nanoseconds']),
-                ...\array_map(static fn (string $engine): string => Markdown::number($engines[$engine]['ratio']), $others),
+                ...\array_map($ratio, $others),
             ];
         }
-        return Markdown::table(['workload', 'output', 'hand-written, µs', ...\array_map(Engines::title(...), $others)], $rows);
+        return Markdown::table($head, $rows);
     }
 
     private static function details(array $result): string
@@ -140,15 +147,24 @@ final class SideBySide implements Section
                     $workload,
                     Engines::title($engine),
                     Markdown::microseconds($figures['nanoseconds']),
-                    \implode(' to ', \array_map(Markdown::microseconds(...), $figures['quartiles'])),
-                    \implode(' to ', \array_map(Markdown::number(...), [\min($figures['ratios']), \max($figures['ratios'])])),
+                    Markdown::range($figures['quartiles'], Markdown::microseconds(...)),
+                    Markdown::range([\min($figures['ratios']), \max($figures['ratios'])], Markdown::number(...)),
                     Markdown::number($figures['nanoseconds'] / $engines['copy']['nanoseconds']),
                     Markdown::bytes($figures['memory']['php']),
                     Markdown::bytes($figures['memory']['process']),
                 ];
             }
         }
-        $head = ['workload', 'engine', 'median, µs', 'quartiles, µs', 'ratio, by run', 'copies of the output', 'peak, PHP’s', 'peak, process'];
+        $head = [
+            'workload',
+            'engine',
+            'median, µs',
+            'quartiles, µs',
+            'ratio, by run',
+            'copies of the output',
+            'peak, PHP’s',
+            'peak, process',
+        ];
         return Markdown::table($head, $rows);
     }
 }

@@ -26,7 +26,7 @@ final class Suite
         }
         $report === null ? print $text : $report->replace($text);
         if ($options->json !== null) {
-            \file_put_contents($options->json, \json_encode($figures, \JSON_PRETTY_PRINT | \JSON_THROW_ON_ERROR) . "\n");
+            Json::write($options->json, $figures);
         }
         return 0;
     }
@@ -35,7 +35,8 @@ final class Suite
     private static function sections(Options $options, Settings $settings): array
     {
         $all = [
-            'compare' => fn (): Section => new SideBySide($settings, $options->workloads, $options->runs, $options->rounds),
+            'compare' => fn (): Section
+                => new SideBySide($settings, $options->workloads, $options->runs, $options->rounds),
             'fpm' => fn (): Section => new Requests($settings, $options->rounds),
             'growth' => fn (): Section => new Growth($settings, $options->rounds),
             'analysis' => fn (): Section => new Analysis($settings, $options->rounds),
@@ -64,7 +65,8 @@ final class Suite
         if ($missing !== []) {
             echo 'Not installed, so not compared: ', \implode(', ', \array_map(Engines::title(...), $missing)), "\n";
         }
-        \printf("%d passed, %d failed%s\n", \count($options->workloads) - $failures, $failures, $missing ? ', ' . \count($missing) . ' skipped' : '');
+        \printf("%d passed, %d failed", \count($options->workloads) - $failures, $failures);
+        echo $missing ? ', ' . \count($missing) . ' skipped' : '', "\n";
         return $failures === 0 ? 0 : 1;
     }
 }

@@ -52,7 +52,8 @@ final class Worker
      */
     public static function onOneCore(): array
     {
-        $several = \preg_match('/^Cpus_allowed_list:.*[-,](\d+)$/m', (string) @\file_get_contents('/proc/self/status'), $last);
+        $status = (string) @\file_get_contents('/proc/self/status');
+        $several = \preg_match('/^Cpus_allowed_list:.*[-,](\d+)$/m', $status, $last);
         return $several ? ['taskset', '-c', $last[1]] : [];
     }
 

@@ -51,16 +51,16 @@ final class Workload
         }
     }
 
-    /** Where templates are looked for: first what was written by hand, then what was generated. @return list<string> */
-    public function templateFolders(): array
+    /** Where templates are looked for: what was written by hand, and what was generated. @return list<string> */
+    public static function templateFolders(string $scratch): array
     {
-        return [self::folder(), $this->scratch . '/templates'];
+        return [self::folder(), $scratch . '/templates'];
     }
 
     /** The absolute name of the template with the ending given. */
     public function template(string $ending): string
     {
-        foreach ($this->templateFolders() as $folder) {
+        foreach (self::templateFolders($this->scratch) as $folder) {
             $file = "$folder/$this->name/template.$ending";
             if (\is_file($file)) {
                 return $file;

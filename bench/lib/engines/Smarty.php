@@ -32,7 +32,7 @@ final class Smarty implements Engine
     {
         require_once self::LIBRARY;
         $this->smarty = new Library();
-        $this->smarty->setTemplateDir($workload->templateFolders());
+        $this->smarty->setTemplateDir(Workload::templateFolders($scratch));
         $this->smarty->setCompileDir($scratch . '/smarty');
         $this->smarty->setCompileCheck(Library::COMPILECHECK_OFF);
         $this->source = $workload->isString

@@ -14,6 +14,8 @@ use function template;
  */
 final class Text implements Engine
 {
+    private const LINE = "Plain text as it stands in any page, without a tag.\n";
+
     private readonly string $text;
     private readonly bool $isCopied;
 
@@ -21,7 +23,7 @@ final class Text implements Engine
     {
         $this->isCopied = $kind === 'copy of plain';
         $this->text = match ($kind) {
-            'plain', 'copy of plain' => \substr(\str_repeat("Plain text as it stands in any page, without a tag.\n", \intdiv($size, 50) + 1), 0, $size),
+            'plain', 'copy of plain' => \str_pad('', $size, self::LINE),
             'tags' => \str_repeat('{name}', $size),
         };
     }

@@ -33,8 +33,7 @@ final class Twig implements Engine
     public function __construct(Workload $workload, private readonly array $data, string $scratch)
     {
         require_once self::LIBRARY;
-        $folders = \array_filter($workload->templateFolders(), \is_dir(...));
-        $this->twig = new Environment(new FilesystemLoader($folders), [
+        $this->twig = new Environment(new FilesystemLoader(Workload::templateFolders($scratch)), [
             'cache' => $scratch . '/twig',
             'auto_reload' => false,
             'autoescape' => false,
