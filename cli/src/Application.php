@@ -39,7 +39,8 @@ final class Application extends Console
     private function complain(\Throwable $error, OutputInterface $output, int $status): int
     {
         $errors = $output instanceof ConsoleOutputInterface ? $output->getErrorOutput() : $output;
-        if ($output->isVerbose() || !($error instanceof ExceptionInterface || $error instanceof UsageError || $error instanceof Failure)) {
+        $isExpected = $error instanceof ExceptionInterface || $error instanceof UsageError || $error instanceof Failure;
+        if ($output->isVerbose() || !$isExpected) {
             $this->renderThrowable($error, $errors);
         } else {
             $errors->writeln('template: ' . trim($error->getMessage()), OutputInterface::OUTPUT_RAW);

@@ -29,10 +29,25 @@ final class BatchCommand extends TemplateCommand
         $this->addDataOptions();
         $this
             ->addArgument('template', InputArgument::REQUIRED, 'The template file')
-            ->addArgument('rows', InputArgument::OPTIONAL, 'A file with a JSON object or list on each line; - or nothing for standard input', '-')
-            ->addOption('output', 'o', InputOption::VALUE_REQUIRED, 'A file for all results, or a pattern such as "mails/{id}.txt" for a file each; {#} is the line\'s number')
+            ->addArgument(
+                'rows',
+                InputArgument::OPTIONAL,
+                'A file with a JSON object or list on each line; - or nothing for standard input',
+                '-',
+            )
+            ->addOption(
+                'output',
+                'o',
+                InputOption::VALUE_REQUIRED,
+                'A file for all results, or a pattern such as "mails/{id}.txt" for a file each; {#} is the line\'s number',
+            )
             ->addOption('data', 'd', InputOption::VALUE_REQUIRED, 'A JSON file with data that all rows share')
-            ->addOption('resume', 'r', InputOption::VALUE_NONE, 'Go on where an interrupted run with the same --output stopped')
+            ->addOption(
+                'resume',
+                'r',
+                InputOption::VALUE_NONE,
+                'Go on where an interrupted run with the same --output stopped',
+            )
             ->addOption('force', null, InputOption::VALUE_NONE, 'Overwrite what is there, and begin with the first row')
             ->addOption('allow-faults', null, InputOption::VALUE_NONE, 'Exit with status 0 also when rows had faults')
             ->addOption('no-progress', null, InputOption::VALUE_NONE, 'No progress bar on the terminal')
@@ -101,7 +116,11 @@ final class BatchCommand extends TemplateCommand
             number_format($rows / max($seconds, 1e-6)),
         );
         if ($run->before->rows > 0) {
-            $summary .= sprintf('; with the earlier run: %s rows, %s faults', number_format($run->done->rows), number_format($run->done->faults));
+            $summary .= sprintf(
+                '; with the earlier run: %s rows, %s faults',
+                number_format($run->done->rows),
+                number_format($run->done->faults),
+            );
         }
         if ($run->signal !== null) {
             $summary = "Interrupted after line {$run->done->rows}. $summary"

@@ -26,14 +26,47 @@ final class LintCommand extends TemplateCommand
         $names = array_column(HintKind::cases(), 'value');
         $hints = array_map(static fn (HintKind $kind): string => "  $kind->value: {$kind->summary()}", HintKind::cases());
         $this
-            ->addArgument('path', InputArgument::REQUIRED | InputArgument::IS_ARRAY, 'Files, and folders with all that is in them')
-            ->addOption('name', null, InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY, 'In folders, only files whose name matches this pattern, such as "*.tpl"')
-            ->addOption('format', 'f', InputOption::VALUE_REQUIRED, 'text, json, github or checkstyle', 'text', array_column(Format::cases(), 'value'))
+            ->addArgument(
+                'path',
+                InputArgument::REQUIRED | InputArgument::IS_ARRAY,
+                'Files, and folders with all that is in them',
+            )
+            ->addOption(
+                'name',
+                null,
+                InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY,
+                'In folders, only files whose name matches this pattern, such as "*.tpl"',
+            )
+            ->addOption(
+                'format',
+                'f',
+                InputOption::VALUE_REQUIRED,
+                'text, json, github or checkstyle',
+                'text',
+                array_column(Format::cases(), 'value'),
+            )
             ->addOption('no-hints', null, InputOption::VALUE_NONE, 'Report faults only')
-            ->addOption('no-hint', null, InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY, 'Switch a hint off', [], $names)
-            ->addOption('allow-raw', null, InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY, 'References that may be printed raw in HTML, as a pattern such as "*_html"')
+            ->addOption(
+                'no-hint',
+                null,
+                InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY,
+                'Switch a hint off',
+                [],
+                $names,
+            )
+            ->addOption(
+                'allow-raw',
+                null,
+                InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY,
+                'References that may be printed raw in HTML, as a pattern such as "*_html"',
+            )
             ->addOption('strict', null, InputOption::VALUE_NONE, 'Hints, too, make the exit status 1')
-            ->addOption('data', 'd', InputOption::VALUE_REQUIRED, 'Sample data (JSON) for the call of template() that confirms the findings')
+            ->addOption(
+                'data',
+                'd',
+                InputOption::VALUE_REQUIRED,
+                'Sample data (JSON) for the call of template() that confirms the findings',
+            )
             ->setHelp(
                 "Writes one line for each fault, <info>file:line:column: message</info>, and for each hint.\n"
                 . "The exit status is 0 without faults, 1 with faults, 2 when the command itself is wrong.\n\nThe hints:\n"

@@ -27,7 +27,12 @@ final class RenderCommand extends TemplateCommand
             ->addArgument('data', InputArgument::OPTIONAL, 'A JSON file with the data, or - for standard input')
             ->addOption('string', null, InputOption::VALUE_REQUIRED, 'The template text itself, instead of a file')
             ->addOption('output', 'o', InputOption::VALUE_REQUIRED, 'The file to write, as a whole or not at all')
-            ->addOption('watch', 'w', InputOption::VALUE_NONE, 'Render again whenever the template, an include or the data changes')
+            ->addOption(
+                'watch',
+                'w',
+                InputOption::VALUE_NONE,
+                'Render again whenever the template, an include or the data changes',
+            )
             ->setHelp(
                 "Writes the result, and nothing else, to standard output or to a file.\n"
                 . 'The exit status is 1 when the template fails; its warning is on standard error.',

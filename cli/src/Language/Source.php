@@ -40,7 +40,8 @@ final class Source
     private function column(int $line, int $offset): int
     {
         if ($this->countedLine !== $line) {
-            $text = substr($this->text, $this->lines[$line], ($this->lines[$line + 1] ?? strlen($this->text)) - $this->lines[$line]);
+            $end = $this->lines[$line + 1] ?? strlen($this->text);
+            $text = substr($this->text, $this->lines[$line], $end - $this->lines[$line]);
             $this->countedLine = $line;
             $this->counts = [0];
             $this->isUtf8 = preg_match('//u', $text) === 1;

@@ -102,7 +102,8 @@ enum Format: string
     {
         $text = '';
         foreach ($attributes as $name => $value) {
-            $text .= " $name=\"" . htmlspecialchars($value, ENT_XML1 | ENT_COMPAT | ENT_SUBSTITUTE | ENT_DISALLOWED, 'UTF-8') . '"';
+            $escaped = htmlspecialchars($value, ENT_XML1 | ENT_COMPAT | ENT_SUBSTITUTE | ENT_DISALLOWED, 'UTF-8');
+            $text .= " $name=\"$escaped\"";
         }
 
         return $text;

@@ -108,7 +108,10 @@ final class Linter
 
     private function wants(Hint $hint): bool
     {
-        $mayBeRaw = fn (string $name): bool => array_any($this->rawNames, static fn (string $glob): bool => fnmatch($glob, $name));
+        $mayBeRaw = fn (string $name): bool => array_any(
+            $this->rawNames,
+            static fn (string $glob): bool => fnmatch($glob, $name),
+        );
 
         return in_array($hint->kind, $this->hints, true)
             && !($hint->kind === HintKind::RawHtml && array_all($hint->references, $mayBeRaw));

@@ -58,7 +58,9 @@ final class Watch
         $scan = $this->isText ? $scanner->scanText($this->template) : $scanner->scanFile($this->template);
         $included = array_map(strval(...), array_keys($scan->reached ?? []));
 
-        return array_values(array_filter([$this->isText ? null : $this->template, $this->dataFile, ...$included], is_string(...)));
+        $named = [$this->isText ? null : $this->template, $this->dataFile];
+
+        return [...array_values(array_filter($named, is_string(...))), ...$included];
     }
 
     /** @return array<mixed> */
