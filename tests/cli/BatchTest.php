@@ -151,4 +151,12 @@ final class BatchTest extends CliTestCase
         self::assertSame(20_000, substr_count(file_get_contents('one'), "\n"));
         self::assertFileEquals('one', 'many');
     }
+
+    public function testTheExampleOfAMillionRowsWithFewer(): void
+    {
+        $script = escapeshellarg(dirname(__DIR__, 2) . '/examples/batch/spread.sh');
+        [$status, $output, $errors] = $this->shell('PHP=' . escapeshellarg(PHP_BINARY) . " $script 3000 2");
+        self::assertSame([0, ''], [$status, $errors]);
+        self::assertMatchesRegularExpression('/^2 processes: 3000 rows .*\nThe same 3000 lines, \d+ bytes\.$/m', $output);
+    }
 }
