@@ -11,6 +11,26 @@ require __DIR__ . '/run.php';
 require __DIR__ . '/links.php';
 require __DIR__ . '/messages.php';
 
+/** Whether a document with one fault of each kind is found to have them. */
+function finds_faults(): bool
+{
+    $fence = fn (string $info, string $block) => "```$info\n$block\n```\n";
+    $examples = [
+        'without an output' => $fence('template', 'x'),
+        'of a program' => $fence('php', "echo 'x';"),
+        'without a template' => "# \n" . $fence('data', '{}') . $fence('output', 'x'),
+        'with another output' => $fence('template', '{a}') . $fence('data', '{"a": 1}') . $fence('output', '2'),
+        'without its warning' => $fence('template', '{a}') . $fence('data', '{"a": []}') . $fence('output', 'Array'),
+        'without a failure' => $fence('template', 'x') . $fence('warning', 'x'),
+        'of anything' => $fence('template', 'x') . $fence('output', '…'),
+    ];
+    $missed = array_filter($examples, fn (string $text) => array_filter([...examples_in($text)], fault_of(...)) === []);
+    foreach (array_keys($missed) as $kind) {
+        echo "an example $kind is not found\n";
+    }
+    return $missed === [] && link_fault('README.md', 'nosuch.md') !== null && link_fault('README.md', '#nosuch') !== null;
+}
+
 $passed = 0;
 $skipped = 0;
 $faults = [];
@@ -40,6 +60,7 @@ foreach (glob('{README.md,HACKING.md,CHANGELOG.md,docs/*.md,examples/README.md,e
 foreach (messages_of_the_extension() as $message) {
     is_shown($message, 'docs/messages.md') ? $passed++ : $faults[] = "docs/messages.md: no example shows \"$message\"";
 }
+finds_faults() ? $passed++ : $faults[] = 'tests/docs: not every fault is found';
 if ($passed < 100) {
     $faults[] = 'hardly any examples were found';
 }

@@ -12,6 +12,9 @@ function fault_of(Example $example): ?string
     if ($example->text === null && $example->main === null) {
         return 'it has an output, but nothing that is rendered or run';
     }
+    if (in_array('…', [$example->output, $example->warning], true)) {
+        return 'what it shows is anything';
+    }
     [$output, $warning] = in_folder_with($example->files, fn () => $example->isProgram() ? run_program($example->main) : run_template($example));
     foreach (['output' => $output, 'warning' => $warning] as $kind => $seen) {
         if (!agrees($example->$kind, $seen)) {
