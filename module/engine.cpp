@@ -67,6 +67,12 @@ void EngineCall::cover()
     ballast_.reserve(ballast_.size() + 1);
     void* block = nullptr;
     attempt([&] { block = allocateWithinLimit(size); });
+    leaveIfAbandoned();
+    if (block == nullptr) {
+        // The limit has been passed and its error is out already: this is what
+        // runs at shutdown. How much more is too much, PHP must say.
+        attempt([&] { block = emalloc(size); });
+    }
     if (block != nullptr) {
         ballast_.emplace_back(block, size);
         covered_ += size;

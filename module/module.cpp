@@ -2,7 +2,6 @@
 // and where calls that PHP itself has put an end to are handed back to it.
 #include <stdexcept>
 #include <string>
-#include <utility>
 
 #include "module/message.h"
 #include "module/php_interface.h"
@@ -37,38 +36,60 @@ EngineString render(const Arguments& arguments, PHPInterface& phpInterface, bool
     return page.getResultString();
 }
 
-// Renders into `result`, or leaves the warning to raise, if any, in `warning`.
-// All C++ objects of the call are gone when it returns.
-Ending call(const Arguments& arguments, zend_string** result, zend_string** warning) noexcept
+// What the warning is to say when there is no memory left to make a text of it.
+constexpr const char* NO_MEMORY = "std::bad_alloc";
+
+// The text of the warning that a failed call is to raise; empty when PHP has
+// something to tell itself.
+std::string renderOrFail(const Arguments& arguments, PHPInterface& phpInterface,
+    EngineString& result)
 {
-    PHPInterface phpInterface(std::string(arguments.fileName), arguments.userData);
-    EngineCall& engineCall = phpInterface.engineCall;
     bool started = false;
-    std::string failure;
     try {
         if (!arguments.valid) {
             throw std::runtime_error("Error while parsing parameters");
         }
-        EngineString text = render(arguments, phpInterface, started);
+        result = render(arguments, phpInterface, started);
         // Closing the template's stream may have run user code.
-        engineCall.leaveIfAbandoned();
-        *result = text.release();
-    } catch (const std::exception& exception) {
+        phpInterface.engineCall.leaveIfAbandoned();
+    } catch (const std::exception& failure) {
         // What PHP has thrown meanwhile says more. Bad arguments and a file that
         // cannot be opened are told by both.
         if (!started || EG(exception) == nullptr) {
-            failure = disarmFormat(exception.what());
+            return disarmFormat(failure.what());
         }
     } catch (const CallAbandoned&) {
-        if (*result != nullptr) {
-            zend_string_release(std::exchange(*result, nullptr));
+        result = EngineString();
+    }
+    return {};
+}
+
+// Renders into `result`, or leaves the warning to raise, if any, in `warning`.
+// All C++ objects of the call are gone when it returns.
+Ending call(const Arguments& arguments, zend_string** result, zend_string** warning) noexcept
+{
+    try {
+        PHPInterface phpInterface(std::string(arguments.fileName), arguments.userData);
+        EngineCall& engineCall = phpInterface.engineCall;
+        EngineString text;
+        const std::string failure = renderOrFail(arguments, phpInterface, text);
+        if (!failure.empty()) {
+            engineCall.attempt(
+                [&] { *warning = zend_string_init(failure.data(), failure.size(), false); });
         }
+        *result = text.release();
+        return engineCall.fatal() ? Ending::FATAL : Ending::RETURNED;
+    } catch (const std::exception&) {
+        // Not even the call's own objects could be made.
+        return runGuarded(
+                   [](void* made) {
+                       *static_cast<zend_string**>(made)
+                           = zend_string_init(NO_MEMORY, std::strlen(NO_MEMORY), false);
+                   },
+                   warning)
+            ? Ending::RETURNED
+            : Ending::FATAL;
     }
-    if (!failure.empty()) {
-        engineCall.attempt(
-            [&] { *warning = zend_string_init(failure.data(), failure.size(), false); });
-    }
-    return engineCall.fatal() ? Ending::FATAL : Ending::RETURNED;
 }
 
 // The message itself is the format: that is how a '%' in a file name or in a
