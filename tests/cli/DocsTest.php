@@ -2,15 +2,21 @@
 
 declare(strict_types=1);
 
-/** The sessions in docs/cli.md: each command is run and must print what is shown. */
+/** The sessions in the documents: each command is run and must print what is shown. */
 final class DocsTest extends CliTestCase
 {
     private const string MANUAL = __DIR__ . '/../../docs/cli.md';
     private const string MAN_PAGE = __DIR__ . '/../../docs/template.1.md';
 
-    public function testSessions(): void
+    public static function documents(): array
     {
-        preg_match_all('/^```console\n(.*?)^```$/ms', file_get_contents(self::MANUAL), $sessions);
+        return ['the manual' => [self::MANUAL, 10], 'the guide' => [__DIR__ . '/../../docs/guide.md', 5]];
+    }
+
+    #[PHPUnit\Framework\Attributes\DataProvider('documents')]
+    public function testSessions(string $document, int $fewest): void
+    {
+        preg_match_all('/^```console\n(.*?)^```$/ms', file_get_contents($document), $sessions);
         $commands = 0;
         foreach ($sessions[1] as $session) {
             foreach (preg_split('/^\$ /m', $session, flags: PREG_SPLIT_NO_EMPTY) as $step) {
@@ -22,7 +28,7 @@ final class DocsTest extends CliTestCase
                 ++$commands;
             }
         }
-        self::assertGreaterThan(10, $commands);
+        self::assertGreaterThan($fewest, $commands);
     }
 
     public function testEveryOptionIsInTheManPage(): void

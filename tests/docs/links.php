@@ -36,7 +36,7 @@ function anchors_in(string $markdown): array
     $anchors = [];
     foreach (blocks_in($markdown) as [, $info, $text]) {
         if ($info === '#') {
-            $anchors[] = str_replace(' ', '-', preg_replace('/[^\w\- ]/u', '', mb_strtolower(str_replace('`', '', $text))));
+            $anchors[] = str_replace(' ', '-', preg_replace('/[^\w\- ]/u', '', strtolower(str_replace('`', '', $text))));
         }
     }
     return $anchors;
