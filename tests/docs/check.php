@@ -36,7 +36,7 @@ $skipped = 0;
 $faults = [];
 // The limit is kept by PHP's own allocator, which the sanitizers go without.
 $noMemoryLimit = getenv('USE_ZEND_ALLOC') === '0';
-foreach (glob('{README.md,HACKING.md,CHANGELOG.md,docs/*.md,examples/README.md,examples/*/README.md}', GLOB_BRACE) as $file) {
+foreach (glob('{*.md,docs/*.md,{bench,editors,examples}/README.md,{editors,examples}/*/README.md}', GLOB_BRACE) as $file) {
     $text = file_get_contents($file);
     $count = 0;
     foreach (examples_in($text) as $example) {
