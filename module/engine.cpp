@@ -2,6 +2,10 @@
 
 #include <algorithm>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 bool runGuarded(void (*body)(void*), void* argument) noexcept
 {
     // The only local that is written between setjmp and longjmp.
@@ -15,6 +19,9 @@ bool runGuarded(void (*body)(void*), void* argument) noexcept
 }
 
 namespace {
+
+// A call that has taken this much gives it back to the system when it ends.
+constexpr size_t LARGE_CALL = 8 * 1024 * 1024;
 
 // Null, or a fatal error, when the memory limit forbids it.
 void* allocateWithinLimit(size_t size)
@@ -33,6 +40,13 @@ EngineCall::~EngineCall()
     for (const auto& [block, size] : ballast_) {
         efree(block);
     }
+#ifdef __GLIBC__
+    // Once it has seen large blocks, the C library keeps tens of megabytes for
+    // later, which PHP's limit no longer knows of.
+    if (UNEXPECTED(covered_ > LARGE_CALL)) {
+        malloc_trim(0);
+    }
+#endif
 }
 
 void EngineCall::interrupted()

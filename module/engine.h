@@ -169,8 +169,6 @@ public:
     void dischargeTo(size_t before);
 
 private:
-    friend class NestingLevel;
-
     static constexpr size_t SHORT = 32;
 
     // Copies up to SHORT bytes: most pieces of a page are short, and calling
@@ -219,7 +217,6 @@ private:
     size_t covered_ = FREE_BYTES;
     // Never written to, so they cost address space and the limit, not memory.
     std::vector<std::pair<void*, size_t>> ballast_;
-    unsigned depth_ = 0;
     bool fatal_ = false;
 };
 
@@ -241,26 +238,33 @@ private:
 // One level of nesting (a section's body, an included file) in either phase.
 class NestingLevel final {
 public:
-    explicit NestingLevel(EngineCall& call) : call_(call) { ++call_.depth_; }
+    NestingLevel() : counted_(!stackLimit()) { depth_ += counted_; }
     NestingLevel(const NestingLevel&) = delete;
     NestingLevel& operator=(const NestingLevel&) = delete;
-    ~NestingLevel() { --call_.depth_; }
+    ~NestingLevel() { depth_ -= counted_; }
 
     // The engine's own stack limit decides, where it knows one.
     bool tooDeep() const
     {
-#ifdef ZEND_CHECK_STACK_LIMIT
-        if (EXPECTED(EG(stack_limit) != nullptr)) {
-            return zend_call_stack_overflowed(EG(stack_limit));
-        }
-#endif
-        return call_.depth_ > DEPTH_WITHOUT_STACK_LIMIT;
+        return counted_ ? depth_ > DEPTH_WITHOUT_STACK_LIMIT : stackOverflowed();
     }
 
 private:
-    static constexpr unsigned DEPTH_WITHOUT_STACK_LIMIT = 512;
+#ifdef ZEND_CHECK_STACK_LIMIT
+    static bool stackLimit() { return EXPECTED(EG(stack_limit) != nullptr); }
+    static bool stackOverflowed() { return zend_call_stack_overflowed(EG(stack_limit)); }
+#else
+    static bool stackLimit() { return false; }
+    static bool stackOverflowed() { return false; }
+#endif
 
-    EngineCall& call_;
+    // Of all calls together, because user code can call template() inside of
+    // one. Fits a stack of a megabyte.
+    static constexpr unsigned DEPTH_WITHOUT_STACK_LIMIT = 1024;
+    static inline unsigned depth_ = 0;
+
+    // Whether there was no limit; a fiber has one even if its program has none.
+    bool counted_;
 };
 
 // Keeps an array, or the properties of an object, alive and unchanged while they

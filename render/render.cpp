@@ -124,7 +124,7 @@ EngineString Template::getResultString()
 void Template::_getResult(Blocks& blocks, std::string& output, const zval* data)
 {
     static const RenderTable table = buildRenderTable();
-    const NestingLevel level(call());
+    const NestingLevel level;
     checkDepth(level);
     for (const std::unique_ptr<Block>& block : blocks) {
         if (const Handler* handler = table.find(block->type)) {

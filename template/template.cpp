@@ -36,7 +36,7 @@ void Template::analyzeTemplate()
 
 void Template::_analyzeTemplate(Blocks& blocks, PendingText& text, Block::BlockType closing)
 {
-    const NestingLevel level(call());
+    const NestingLevel level;
     checkDepth(level);
     while (!input.exhausted()) {
         call().checkTime();
