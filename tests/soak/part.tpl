@@ -1,0 +1,1 @@
+{optional row::[*] 3}third{/optional}{missing}
