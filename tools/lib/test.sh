@@ -27,10 +27,17 @@ run_tests() {
 
 suite_names() { printf '%s\n' "$ROOT"/tests/suites/[0-9]* | sed 's|.*/[0-9]*-||' | paste -sd ' '; }
 
-# The suites to run: all, or those named, by NAME or NN-NAME.
+# The suites to run: all, or those named, by NAME or NN-NAME. What needs a browser, as a line
+# "# only: browser" in it says, is run when it is asked for.
 choose_suites() {
     local suites=("$ROOT"/tests/suites/[0-9]*) suite name found
-    [ $# -gt 0 ] || { printf '%s\n' "${suites[@]}"; return; }
+    if [ $# -eq 0 ]; then
+        for suite in "${suites[@]}"; do
+            [ "${TEST_BROWSER-}" ] || ! grep -qx '# only: browser' "$suite" || continue
+            printf '%s\n' "$suite"
+        done
+        return
+    fi
     for name in "$@"; do
         found=
         for suite in "${suites[@]}"; do

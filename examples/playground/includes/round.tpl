@@ -1,0 +1,1 @@
+round {include ./round.tpl}

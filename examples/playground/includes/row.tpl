@@ -1,0 +1,1 @@
+<li>{htmlspecialchars r::*::name}</li>

@@ -1,0 +1,1 @@
+<aside>Tea is served at four.</aside>

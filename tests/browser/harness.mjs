@@ -1,0 +1,46 @@
+// Starting the playground and the browser that looks at it.
+
+import { spawn } from 'node:child_process'
+import { createRequire } from 'node:module'
+import { connect, createServer } from 'node:net'
+
+const { chromium } = createRequire(process.env.PACKAGES)('playwright-core')
+
+const freePort = () => new Promise(done => {
+  const server = createServer().listen(0, '127.0.0.1', () => {
+    const { port } = server.address()
+    server.close(() => done(port))
+  })
+})
+
+const answers = port => new Promise(done => {
+  const socket = connect(port, '127.0.0.1', () => { socket.destroy(); done(true) })
+  socket.on('error', () => done(false))
+})
+
+/** The playground as ./dev serve starts it, on a port of its own. */
+export async function startSite() {
+  const port = await freePort()
+  const { PHP, TEMPLATE_SO } = process.env
+  const server = spawn(PHP, ['-n', '-d', `extension=${TEMPLATE_SO}`, '-S', `127.0.0.1:${port}`, 'examples/playground/router.php'], { stdio: 'ignore' })
+  process.on('exit', () => server.kill('SIGINT'))
+  for (let tries = 0; !await answers(port); tries++) {
+    if (tries > 200 || server.exitCode !== null) throw new Error('the playground does not start')
+    await new Promise(done => setTimeout(done, 50))
+  }
+  return { address: `http://127.0.0.1:${port}`, stop: () => server.kill('SIGINT') }
+}
+
+/** Another site on this machine, which counts who comes. */
+export async function startElsewhere() {
+  let calls = 0
+  const server = createServer(socket => {
+    calls++
+    socket.end('HTTP/1.1 200 OK\r\nContent-Length: 0\r\nConnection: close\r\n\r\n')
+  })
+  await new Promise(done => server.listen(0, '127.0.0.1', done))
+  return { address: `http://127.0.0.1:${server.address().port}`, calls: () => calls, forget: () => { calls = 0 } }
+}
+
+/** Debian's Chromium. Its own sandbox does not work in name spaces and for root, and all that it sees is our own page. */
+export const startBrowser = () => chromium.launch({ executablePath: '/usr/bin/chromium', args: ['--no-sandbox', '--disable-dev-shm-usage'] })
