@@ -22,7 +22,7 @@ async function check(what, body, { path = '/', ...options } = {}) {
     if (path !== null) await open(page, path)
     await body(page, context)
     assert.deepEqual(errors, [])
-    assert.equal(elsewhere.calls(), 0, 'another site was called')
+    assert.deepEqual(elsewhere.takeRequests(), [], 'another site was asked')
     passed++
     console.log(`ok   ${what}`)
   } catch (error) {
@@ -214,7 +214,7 @@ await check('a link to such a page does no harm', async page => {
 
 await check('everything can be reached and done with the keys', async page => {
   const reached = []
-  for (let key = 0; key < 14; key++) {
+  for (let key = 0; key < 20; key++) {
     await page.keyboard.press('Tab')
     reached.push(await page.evaluate(() => document.activeElement.id || document.activeElement.textContent.trim()))
   }
@@ -360,11 +360,9 @@ for (const [name, path, width, height, colorScheme] of [
   }, { path, viewport: { width, height }, colorScheme })
 }
 
-// The other site does notice a call, when there is one.
-await check('the other site can be called', async page => {
+await check('the other site would have noticed', async page => {
   await page.goto(elsewhere.address)
-  assert.ok(elsewhere.calls() > 0)
-  elsewhere.forget()
+  assert.equal(elsewhere.takeRequests()[0], 'GET / HTTP/1.1')
 }, { path: null })
 
 await browser.close()

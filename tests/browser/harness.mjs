@@ -31,15 +31,18 @@ export async function startSite() {
   return { address: `http://127.0.0.1:${port}`, stop: () => server.kill('SIGINT') }
 }
 
-/** Another site on this machine, which counts who comes. */
+/** Another site on this machine, which notes what it is asked for. A connection on which nothing is said is no request. */
 export async function startElsewhere() {
-  let calls = 0
+  const requests = []
   const server = createServer(socket => {
-    calls++
-    socket.end('HTTP/1.1 200 OK\r\nContent-Length: 0\r\nConnection: close\r\n\r\n')
+    socket.on('error', () => {})
+    socket.once('data', data => {
+      requests.push(data.toString('latin1').split('\r\n')[0])
+      socket.end('HTTP/1.1 200 OK\r\nContent-Length: 0\r\nConnection: close\r\n\r\n')
+    })
   })
   await new Promise(done => server.listen(0, '127.0.0.1', done))
-  return { address: `http://127.0.0.1:${server.address().port}`, calls: () => calls, forget: () => { calls = 0 } }
+  return { address: `http://127.0.0.1:${server.address().port}`, takeRequests: () => requests.splice(0) }
 }
 
 /** Debian's Chromium. Its own sandbox does not work in name spaces and for root, and all that it sees is our own page. */
