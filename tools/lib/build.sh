@@ -25,8 +25,9 @@ build() {
             PHP=$BUILD/php
             ;;
         coverage)
+            # libtool keeps the flag from the linker, which is to bring its library
+            export EXTRA_FLAGS=--coverage EXTRA_LDFLAGS='-Wl,--whole-archive,-lgcov,--no-whole-archive'
             build_flavour coverage g++ '-g -O0 --coverage'
-            export EXTRA_FLAGS=--coverage
             ;;
         *) die "There is no build flavour \"$1\"; there are plain, strict, asan and coverage." ;;
     esac
@@ -101,7 +102,7 @@ configure_build() {
 make_extension() {
     local log=$BUILD/make.log
     touch "$BUILD/started"
-    inside make -C "$BUILD" -s -j"$(nproc)" CXXFLAGS="$1" \
+    inside make -C "$BUILD" -s -j"$(nproc)" CXXFLAGS="$1" EXTRA_LDFLAGS="${EXTRA_LDFLAGS-}" \
         INCLUDES="$(inside "$PHP_CONFIG" --includes | sed 's/-I/-isystem /g')" >"$log" 2>&1 </dev/null 9>&- || {
         cat "$log" >&2
         die "The extension does not build."

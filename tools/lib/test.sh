@@ -7,6 +7,7 @@ run_tests() {
             --valgrind) export TEST_VALGRIND=1 ;;
             --asan) export TEST_ASAN=1 flavour=asan ;;
             --browser) export TEST_BROWSER=1 ;;
+            --coverage) flavour=coverage ;;
             -*) die "./dev test knows --valgrind, --asan and --browser, not $argument." ;;
             *) names+=("$argument") ;;
         esac
