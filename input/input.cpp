@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <stdexcept>
+#include <utility>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -11,6 +12,8 @@
 namespace {
 
 constexpr size_t CHUNK_SIZE = 4092;
+// Of a file that does not fit into the first chunk.
+constexpr size_t LARGE_CHUNK_SIZE = 8 * CHUNK_SIZE;
 
 // The first brace of either kind in [from, end), or `end`. Plain text is most of
 // a template, and this is all that is done to it.
@@ -55,10 +58,18 @@ Input::Input(const std::string& source, bool stringMode, EngineCall& call)
     if (stream == nullptr) {
         throw std::runtime_error("Could not open file " + source);
     }
+    // An ordinary file is read right into the buffer. Others stay as they are:
+    // their wrappers can see how much is asked for.
+    plainFile_ = stream->wrapper == &php_plain_files_wrapper
+        && php_stream_is(stream, PHP_STREAM_IS_STDIO);
+    if (plainFile_) {
+        stream->flags |= PHP_STREAM_FLAG_NO_BUFFER;
+    }
 }
 
 Input::~Input()
 {
+    call_.discharge(charged_);
     // After a fatal error the stream is left to the end of the request: closing
     // it could run user code.
     if (stream != nullptr && !call_.fatal()) {
@@ -153,11 +164,28 @@ bool Input::fetchStream()
         buffer.clear();
         return false;
     }
-    buffer.resize(CHUNK_SIZE);
-    ssize_t count = 0;
-    call_.run([&] { count = php_stream_read(stream, buffer.data(), CHUNK_SIZE); });
-    buffer.resize(std::max<ssize_t>(count, 0));
+    if (plainFile_ && std::exchange(started_, true)) {
+        if (charged_ == 0) {
+            call_.charge(LARGE_CHUNK_SIZE);
+            charged_ = LARGE_CHUNK_SIZE;
+        }
+        buffer.resize(LARGE_CHUNK_SIZE);
+        buffer.resize(read(buffer.data(), LARGE_CHUNK_SIZE));
+    } else {
+        // Not into the buffer, which would be filled with zeros first: many files
+        // are shorter than that takes.
+        char chunk[CHUNK_SIZE];
+        buffer.assign(chunk, chunk + read(chunk, CHUNK_SIZE));
+    }
     return true;
+}
+
+// How much was read; what cannot be read is nothing.
+size_t Input::read(char* to, size_t size)
+{
+    ssize_t count = 0;
+    call_.run([&] { count = php_stream_read(stream, to, size); });
+    return std::max<ssize_t>(count, 0);
 }
 
 bool Input::exhausted()

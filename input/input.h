@@ -47,8 +47,14 @@ private:
     AfterOpen resolveOpenBrace(std::string& out);
     void swallowRest(std::string& out);
     bool atEndOfStream();
+    size_t read(char* to, size_t size);
 
     EngineCall& call_;
+    // The stream is a file of the file system, without buffer or filters.
+    bool plainFile_ = false;
+    bool started_ = false;
+    // For a large chunk.
+    size_t charged_ = 0;
 };
 
 #endif

@@ -116,11 +116,11 @@ TEST_F(FileInput, ReadsWhatAStringReadsAtEveryChunkBoundary)
     }
 }
 
-TEST_F(FileInput, FetchesChunksOfOneSizeAndThenNothing)
+TEST_F(FileInput, FetchesOneChunkThenLargeOnesAndThenNothing)
 {
-    Input& input = open(std::string(2 * CHUNK + 7, 'x'));
+    Input& input = open(std::string(17 * CHUNK + 7, 'x'));
     EXPECT_TRUE(input.buffer.empty());
-    for (const size_t size : {CHUNK, CHUNK, size_t{7}}) {
+    for (const size_t size : {CHUNK, 8 * CHUNK, 8 * CHUNK, size_t{7}}) {
         EXPECT_FALSE(input.exhausted());
         EXPECT_TRUE(input.fetchStream());
         EXPECT_EQ(input.buffer.size(), size);
