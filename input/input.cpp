@@ -14,6 +14,8 @@ namespace {
 constexpr size_t CHUNK_SIZE = 4092;
 // Of a file that does not fit into the first chunk.
 constexpr size_t LARGE_CHUNK_SIZE = 8 * CHUNK_SIZE;
+// What a file says of its size is no promise.
+constexpr size_t LARGEST_EXPECTED_FILE = 1024 * 1024;
 
 // The first brace of either kind in [from, end), or `end`. Plain text is most of
 // a template, and this is all that is done to it.
@@ -191,6 +193,18 @@ size_t Input::read(char* to, size_t size)
 bool Input::exhausted()
 {
     return stringMode ? ended : position == buffer.size() && atEndOfStream();
+}
+
+size_t Input::expectedSize()
+{
+    if (stringMode) {
+        return buffer.size();
+    }
+    php_stream_statbuf status{};
+    if (plainFile_) {
+        call_.run([&] { php_stream_stat(stream, &status); });
+    }
+    return std::clamp<zend_off_t>(status.sb.st_size, CHUNK_SIZE, LARGEST_EXPECTED_FILE);
 }
 
 bool Input::atEndOfStream()

@@ -33,6 +33,9 @@ public:
     // Nothing is left to read.
     bool exhausted();
 
+    // How much text is likely to come, from what can be known beforehand.
+    size_t expectedSize();
+
     bool stringMode;
     bool ended = false;
     php_stream* stream = nullptr;

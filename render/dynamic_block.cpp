@@ -1,7 +1,9 @@
 // Repeated sections, while rendering. User code can run between two elements
 // (printing an object does), so what is iterated is held meanwhile.
+#include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <utility>
 
 #include "template/template.h"
 
@@ -19,6 +21,16 @@ void assignKey(std::string& key, HashTable* table, const HashPosition& position)
     }
     char digits[24];
     key.assign(digits, std::to_chars(std::begin(digits), std::end(digits), number).ptr);
+}
+
+// Makes room for all elements when the first has been rendered, as if they were
+// all alike: a text that grows step by step is copied, and its memory is given
+// back to the system and fetched again, at each call.
+void foresee(EngineCall& call, std::string& out, size_t before, size_t elements)
+{
+    constexpr size_t MOST = 512 * 1024;
+    const size_t first = out.size() - before;
+    call.reserve(out, std::min(MOST, (first + first / 8) * (elements - 1)));
 }
 
 }
@@ -72,6 +84,8 @@ void Template::renderElements(DynamicBlock& block, std::string& out, HashTable* 
     const auto first
         = reversed ? zend_hash_internal_pointer_end_ex : zend_hash_internal_pointer_reset_ex;
     const auto advance = reversed ? zend_hash_move_backwards_ex : zend_hash_move_forward_ex;
+    const size_t before = out.size();
+    bool foreseen = false;
     HashPosition position = 0;
     first(table, &position);
     while (const zval* element = zend_hash_get_current_data_ex(table, &position)) {
@@ -79,6 +93,9 @@ void Template::renderElements(DynamicBlock& block, std::string& out, HashTable* 
         assignKey(block.currentKey, table, position);
         block.currentData = element;
         _getResult(block.blocks, out, element);
+        if (!std::exchange(foreseen, true)) {
+            foresee(call(), out, before, zend_hash_num_elements(table));
+        }
         advance(table, &position);
     }
 }

@@ -13,8 +13,6 @@ namespace {
 // deque, which allocates also when it is empty.
 constexpr size_t BLOCK_BYTES = 1024;
 constexpr size_t TEXT_BLOCK_BYTES = 96;
-// Enough for the text of most files, little to be wrong about.
-constexpr size_t FILE_TEXT_BYTES = 4096;
 
 }
 
@@ -30,7 +28,7 @@ void Template::analyzeTemplate()
 {
     auto pending = std::make_unique<TextBlock>();
     // Mostly the values that are folded in are about as long as their tags.
-    call().reserve(pending->text, stringMode ? currentFile().size() : FILE_TEXT_BYTES);
+    call().reserve(pending->text, input.expectedSize());
     _analyzeTemplate(blocks, pending, Block::VARIABLE);
 }
 
