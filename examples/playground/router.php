@@ -39,8 +39,9 @@ $path = parse_url($_SERVER['REQUEST_URI'], PHP_URL_PATH);
 match ("{$_SERVER['REQUEST_METHOD']} $path") {
     'GET /', 'HEAD /' => send_page('playground.html.tpl', playground_page(read_gallery(), $_GET['example'] ?? null)),
     'GET /gallery', 'HEAD /gallery' => send_page('gallery.html.tpl', gallery_page(read_gallery())),
-    'GET /playground.css' => send(200, 'text/css', file_get_contents(__DIR__ . '/public/playground.css')),
-    'GET /playground.js' => send(200, 'text/javascript', file_get_contents(__DIR__ . '/public/playground.js')),
+    'GET /playground.css' => send_file('playground.css', 'text/css'),
+    'GET /playground.js' => send_file('playground.js', 'text/javascript'),
+    'GET /tags.js' => send_file('tags.js', 'text/javascript'),
     'POST /render' => send_answer(),
     default => send_page('missing.html.tpl', missing_page(), 404),
 };
@@ -52,6 +53,11 @@ function send_page(string $template, ?array $data, int $status = 200): void
         return;
     }
     send($status, 'text/html', template($template, $data));
+}
+
+function send_file(string $name, string $type): void
+{
+    send(200, $type, file_get_contents(__DIR__ . "/public/$name"));
 }
 
 /** A type that only scripts of this site may send: other sites' browsers would have to ask first, and are not allowed. */
