@@ -25,6 +25,23 @@ if test "$PHP_TEMPLATE" != "no"; then
   AC_LANG_POP([C])
 
   PHP_REQUIRE_CXX()
+  TEMPLATE_CXXFLAGS="-std=c++23 -fvisibility=hidden -fvisibility-inlines-hidden"
+
+  AC_LANG_PUSH([C++])
+  AC_MSG_CHECKING([whether $CXX has what we use of C++23])
+  old_CXXFLAGS=$CXXFLAGS
+  CXXFLAGS="$CXXFLAGS $TEMPLATE_CXXFLAGS"
+  AC_COMPILE_IFELSE([AC_LANG_SOURCE([
+#include <string>
+#ifndef __cpp_lib_string_resize_and_overwrite
+#error too old
+#endif
+  ])],
+    [AC_MSG_RESULT([yes])],
+    [AC_MSG_RESULT([no])
+     AC_MSG_ERROR([this extension needs a C++23 compiler and library: g++ 12, clang 16 or newer; name yours with CXX])])
+  CXXFLAGS=$old_CXXFLAGS
+  AC_LANG_POP([C++])
 
   TEMPLATE_SOURCES="
     input/input.cpp
