@@ -132,7 +132,7 @@ foreach ([
     check("nothing is included from \"$file\"", $found);
 }
 stream_set_blocking($listener, false);
-check('nobody was called', differences(false, @stream_socket_accept($listener, 0)));
+check('nobody was called', differences(false, (bool) @stream_socket_accept($listener, 0)));
 check('a file of the folder is included, under its absolute name too', differences(
     ["<aside>Tea is served at four.</aside>\n", []],
     outcome($site->render('{include file}', json_encode(['file' => "$includes/side.tpl"]))[1])
