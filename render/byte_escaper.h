@@ -140,4 +140,9 @@ private:
     size_t longest_ = 0;
 };
 
+// PHP's htmlentities() and htmlspecialchars() in ISO-8859-1, made at their first
+// use and kept for the life of the process.
+const ByteEscaper& htmlentitiesEscaper(EngineCall& call);
+const ByteEscaper& htmlspecialcharsEscaper(EngineCall& call);
+
 #endif

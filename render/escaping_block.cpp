@@ -21,6 +21,20 @@ zend_string* addslashes(std::string_view text)
 
 }
 
+const ByteEscaper& htmlentitiesEscaper(EngineCall& call)
+{
+    static const ByteEscaper escaper(call,
+        [](std::string_view text) { return escapeHtml(text, true); });
+    return escaper;
+}
+
+const ByteEscaper& htmlspecialcharsEscaper(EngineCall& call)
+{
+    static const ByteEscaper escaper(call,
+        [](std::string_view text) { return escapeHtml(text, false); });
+    return escaper;
+}
+
 void Template::appendEscaped(const VariableBlock& block, std::string& out, const zval* data,
     const ByteEscaper& escaper) const
 {
@@ -44,17 +58,13 @@ void Template::_getResultAddslashes(const AddslashesBlock& block, std::string& o
 void Template::_getResultHtmlentities(const HtmlentitiesBlock& block, std::string& out,
     const zval* data) const
 {
-    static const ByteEscaper escaper(call(),
-        [](std::string_view text) { return escapeHtml(text, true); });
-    appendEscaped(block, out, data, escaper);
+    appendEscaped(block, out, data, htmlentitiesEscaper(call()));
 }
 
 void Template::_getResultHtmlspecialchars(const HtmlspecialcharsBlock& block, std::string& out,
     const zval* data) const
 {
-    static const ByteEscaper escaper(call(),
-        [](std::string_view text) { return escapeHtml(text, false); });
-    appendEscaped(block, out, data, escaper);
+    appendEscaped(block, out, data, htmlspecialcharsEscaper(call()));
 }
 
 void Template::_getResultRawurlencode(const RawurlencodeBlock& block, std::string& out,

@@ -127,6 +127,8 @@ public:
 
 private:
     using EscapingFunction = zend_string* (*)(zend_string*);
+    // For a function that, where the text allows it, comes to the same byte by byte.
+    using BytesEscaper = const ByteEscaper& (*)(EngineCall&);
 
     EngineCall& call() const { return phpInterface.engineCall; }
     const std::string& currentFile() const { return fileNames.back(); }
@@ -142,7 +144,7 @@ private:
 
     template <class EscapedBlock>
     void analyzeEscapingBlock(Blocks& blocks, PendingText& text, std::string_view argument,
-        EscapingFunction escape) const;
+        EscapingFunction escape, BytesEscaper escapeBytes) const;
     std::string includedFile(std::string_view content) const;
     void analyzeIncludedFile(Blocks& blocks, PendingText& pendingText, std::string fileName) const;
 
