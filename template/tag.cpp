@@ -1,7 +1,7 @@
 #include "template/tag.h"
 
 #include <algorithm>
-#include <vector>
+#include <array>
 
 #include "template/template.h"
 
@@ -14,24 +14,30 @@ struct Keyword {
 
 // Searched in this order; a tag that begins with a keyword is of its type, also
 // when no blank follows ("optionalname" is an optional section on "name").
-const std::vector<Keyword>& keywords()
-{
-    static const std::vector<Keyword> table = {
-        {"include", Block::INCLUDE},
-        {"optional", Block::OPTIONAL},
-        {"!optional", Block::NOT_OPTIONAL},
-        {"/optional", Block::OPTIONAL_END},
-        {"dynamic", Block::DYNAMIC},
-        {"rdynamic", Block::RDYNAMIC},
-        {"/dynamic", Block::DYNAMIC_END},
-        {"/rdynamic", Block::RDYNAMIC_END},
-        {"addslashes", Block::ADDSLASHES},
-        {"htmlentities", Block::HTMLENTITIES},
-        {"htmlspecialchars", Block::HTMLSPECIALCHARS},
-        {"rawurlencode", Block::RAWURLENCODE},
-    };
-    return table;
-}
+constexpr Keyword KEYWORDS[] = {
+    {"include", Block::INCLUDE},
+    {"optional", Block::OPTIONAL},
+    {"!optional", Block::NOT_OPTIONAL},
+    {"/optional", Block::OPTIONAL_END},
+    {"dynamic", Block::DYNAMIC},
+    {"rdynamic", Block::RDYNAMIC},
+    {"/dynamic", Block::DYNAMIC_END},
+    {"/rdynamic", Block::RDYNAMIC_END},
+    {"addslashes", Block::ADDSLASHES},
+    {"htmlentities", Block::HTMLENTITIES},
+    {"htmlspecialchars", Block::HTMLSPECIALCHARS},
+    {"rawurlencode", Block::RAWURLENCODE},
+};
+
+// Whether any keyword begins with a byte: most tags are variables, and most of
+// those are told by this alone.
+constexpr auto BEGINS_KEYWORD = [] {
+    std::array<bool, 256> begins{};
+    for (const Keyword& keyword : KEYWORDS) {
+        begins[static_cast<unsigned char>(keyword.text.front())] = true;
+    }
+    return begins;
+}();
 
 // A text of blanks only comes back whole, not empty: templates rely on "{ }"
 // and its like being written back as they stand.
@@ -46,10 +52,11 @@ std::string_view trimmed(std::string_view text)
 
 TagText matchTag(std::string_view tag)
 {
-    const char first = tag.empty() ? '\0' : tag.front();
-    for (const Keyword& keyword : keywords()) {
-        if (first == keyword.text.front() && tag.starts_with(keyword.text)) {
-            return {trimmed(tag.substr(keyword.text.size())), keyword.type};
+    if (!tag.empty() && BEGINS_KEYWORD[static_cast<unsigned char>(tag.front())]) {
+        for (const Keyword& keyword : KEYWORDS) {
+            if (tag.front() == keyword.text.front() && tag.starts_with(keyword.text)) {
+                return {trimmed(tag.substr(keyword.text.size())), keyword.type};
+            }
         }
     }
     return {trimmed(tag), Block::MULTI_VARIABLE};
