@@ -14,6 +14,19 @@ namespace {
 constexpr size_t BLOCK_BYTES = 1024;
 constexpr size_t TEXT_BLOCK_BYTES = 96;
 
+// Names the tag that was met, not the one that was due.
+std::string_view unexpectedClosing(Block::BlockType type)
+{
+    switch (type) {
+    case Block::OPTIONAL_END:
+        return "Unexpected closing optional tag in ";
+    case Block::DYNAMIC_END:
+        return "Unexpected closing dynamic tag in ";
+    default:
+        return "Unexpected closing rdynamic tag in ";
+    }
+}
+
 }
 
 Template::Template(std::string fileName, PHPInterface& phpInterface, bool stringMode)
@@ -83,18 +96,10 @@ bool Template::analyzeTag(Blocks& blocks, PendingText& text, Block::BlockType cl
         analyzeRawurlencodeBlock(blocks, text, argument);
         return false;
     case Block::OPTIONAL_END:
-        if (closing != type) {
-            throwError("Unexpected closing optional tag in ", currentFile());
-        }
-        return true;
     case Block::DYNAMIC_END:
-        if (closing != type) {
-            throwError("Unexpected closing dynamic tag in ", currentFile());
-        }
-        return true;
     case Block::RDYNAMIC_END:
         if (closing != type) {
-            throwError("Unexpected closing rdynamic tag in ", currentFile());
+            throwError(unexpectedClosing(type), currentFile());
         }
         return true;
     default:
