@@ -102,6 +102,10 @@ final class Measured
             $this->engine = new engines\Text($workload, $size);
             return;
         }
+        if ($this->kind === 'shape') {
+            $this->engine = new engines\Shape($workload, $size);
+            return;
+        }
         $workload = new Workload($workload, $this->scratch);
         $data = $workload->data($size);
         $this->engine = match ($this->kind) {

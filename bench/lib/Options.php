@@ -8,7 +8,7 @@ namespace Bench;
 final class Options
 {
     /** What can be measured, by option; without any of these it is the side-by-side comparison. */
-    private const MODES = ['check', 'growth', 'analysis', 'fpm', 'micro', 'profile', 'instructions', 'all'];
+    private const MODES = ['check', 'growth', 'analysis', 'linear', 'fpm', 'micro', 'profile', 'instructions', 'all'];
 
     public const USAGE = <<<'TEXT'
         usage: ./dev bench [WORKLOAD…] [OPTION…]
@@ -17,16 +17,17 @@ final class Options
           --fpm           whole requests through php-fpm, each engine set up in each request
           --growth        time for a row, and memory for a byte of output, as the table grows
           --analysis      speed over plain text and over variable tags, as the template grows
+          --linear        time for a byte of templates made to be slow, from 10 KB to 10 MB
           --micro         the parts of the extension one by one, in C++
           --instructions  instructions for a rendering, held against bench/baseline.json
           --profile       where those instructions go
-          --all           all of these but --check and --instructions, as one report
+          --all           all of these but --check, --linear and --instructions, as one report
         options:
           --record        with --instructions: write bench/baseline.json anew
           --runs N        runs with processes of their own (3)
           --rounds N      rounds in a run (15)
           --json FILE     the figures in full
-          --into FILE     the report into a Markdown file, in place of the last one there
+          --into FILE     the report into a Markdown file, in place of the last one of its kind there
         The report goes to standard output, as Markdown.
 
         TEXT;

@@ -16,7 +16,7 @@ final class Suite
         if ($options->mode === 'instructions') {
             return (new Instructions($settings, $options->workloads))->run($options->record);
         }
-        $report = $options->into === null ? null : new Report($options->into);
+        $report = $options->into === null ? null : new Report($options->into, $options->mode);
         $figures = ['machine' => Machine::describe($settings)];
         $text = "## The machine\n\n" . Machine::report($figures['machine']);
         foreach (self::sections($options, $settings) as $name => $section) {
@@ -40,10 +40,14 @@ final class Suite
             'fpm' => fn (): Section => new Requests($settings, $options->rounds),
             'growth' => fn (): Section => new Growth($settings, $options->rounds),
             'analysis' => fn (): Section => new Analysis($settings, $options->rounds),
+            'linear' => fn (): Section => new Linear($settings),
             'micro' => fn (): Section => new Micro(),
             'profile' => fn (): Section => new Profile(new Instructions($settings, $options->workloads)),
         ];
-        $chosen = $options->mode === 'all' ? $all : [$options->mode => $all[$options->mode]];
+        $chosen = [$options->mode => $all[$options->mode] ?? null];
+        if ($options->mode === 'all') {
+            $chosen = \array_diff_key($all, ['linear' => true]);
+        }
         return \array_map(static fn (\Closure $make): Section => $make(), $chosen);
     }
 
