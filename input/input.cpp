@@ -22,14 +22,24 @@ constexpr size_t LARGEST_EXPECTED_FILE = 1024 * 1024;
 const char* findBrace(const char* from, const char* end)
 {
 #ifdef __SSE2__
-    const __m128i open = _mm_set1_epi8('{');
-    const __m128i close = _mm_set1_epi8('}');
+    const auto braces = [](const char* block) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block));
+        return _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('{')),
+            _mm_cmpeq_epi8(bytes, _mm_set1_epi8('}')));
+    };
+    const auto maskOf = [](__m128i found) {
+        return static_cast<unsigned>(_mm_movemask_epi8(found));
+    };
+    // Long stretches without a brace are passed four blocks at a time.
+    while (end - from >= 64
+        && maskOf(_mm_or_si128(_mm_or_si128(braces(from), braces(from + 16)),
+               _mm_or_si128(braces(from + 32), braces(from + 48))))
+            == 0) {
+        from += 64;
+    }
     for (; end - from >= 16; from += 16) {
-        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
-        const int mask = _mm_movemask_epi8(
-            _mm_or_si128(_mm_cmpeq_epi8(block, open), _mm_cmpeq_epi8(block, close)));
-        if (mask != 0) {
-            return from + std::countr_zero(static_cast<unsigned>(mask));
+        if (const unsigned mask = maskOf(braces(from))) {
+            return from + std::countr_zero(mask);
         }
     }
 #endif
