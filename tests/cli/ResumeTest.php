@@ -87,7 +87,8 @@ final class ResumeTest extends CliTestCase
         } while ($killed);
         self::assertGreaterThan(0, $kills);
         self::assertSame(1, $status['running'] ? $exit : $status['exitcode'], $errors);
-        self::assertStringContainsString('12 faults.', $errors);
+        // A run that was killed before it wrote a row leaves all of them to the last one, which then says so.
+        self::assertMatchesRegularExpression('/\b12 (of them with )?faults\b/', $errors);
     }
 
     public function testASignalEndsTheRunAfterARow(): void
