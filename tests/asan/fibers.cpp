@@ -1,60 +1,21 @@
-// Tells AddressSanitizer which stack a fiber runs on; PHP does so itself only when it was built with it.
-// Without, what an exception or a fatal error jumps over in a fiber stays forbidden ground, and the next
-// use of that stack looks like an error. An extension of its own, loaded by `./dev test --asan`.
+// An extension that tells AddressSanitizer of fibers, loaded by `./dev test --asan`.
 
-#include <cstddef>
-
-#include <sanitizer/common_interface_defs.h>
-
-extern "C" {
-#include <php.h>
-#include <Zend/zend_extensions.h>
-#include <Zend/zend_fibers.h>
-#include <Zend/zend_observer.h>
-}
+#include "fibers.h"
 
 namespace {
 
-int fakeStack; // the place in a context that is ours
-const void *mainBottom;
-size_t mainSize;
-
-// Called before each switch. PHP's own code between here and the other stack is not watched, so that
-// the end of the switch may be announced together with its start.
-void announce(zend_fiber_context *from, zend_fiber_context *to)
-{
-    const void *bottom = mainBottom;
-    size_t size = mainSize;
-    if (to != EG(main_fiber_context)) {
-        size = EG(fiber_stack_size);
-        bottom = static_cast<char *>(zend_fiber_stack_base(to->stack)) - size;
-    }
-    const bool ends = from->status == ZEND_FIBER_STATUS_DEAD;
-    __sanitizer_start_switch_fiber(ends ? nullptr : &from->reserved[fakeStack], bottom, size);
-
-    const void *leftBottom;
-    size_t leftSize;
-    __sanitizer_finish_switch_fiber(to->reserved[fakeStack], &leftBottom, &leftSize);
-    to->reserved[fakeStack] = nullptr;
-    if (from == EG(main_fiber_context)) {
-        mainBottom = leftBottom;
-        mainSize = leftSize;
-    }
-}
-
 zend_result start(int, int)
 {
-    fakeStack = zend_get_resource_handle("fiber_stacks");
-    zend_observer_fiber_switch_register(announce);
+    fibers::watch();
     return SUCCESS;
 }
 
-zend_module_entry module = {STANDARD_MODULE_HEADER, "fiber_stacks", nullptr, start, nullptr, nullptr, nullptr, nullptr,
-    "1", STANDARD_MODULE_PROPERTIES};
+zend_module_entry module = {STANDARD_MODULE_HEADER, "fibers", nullptr, start, nullptr, nullptr, nullptr, nullptr, "1",
+    STANDARD_MODULE_PROPERTIES};
 
-} // namespace
+}
 
-extern "C" ZEND_DLEXPORT zend_module_entry *get_module()
+extern "C" ZEND_DLEXPORT zend_module_entry* get_module()
 {
     return &module;
 }

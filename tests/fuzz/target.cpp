@@ -9,6 +9,7 @@
 #include <sanitizer/lsan_interface.h>
 
 #include "module/engine_headers.h"
+#include "tests/asan/fibers.h"
 
 extern "C" {
 #include "SAPI.h"
@@ -55,7 +56,9 @@ size_t discard(const char*, size_t length)
 
 int startUp(sapi_module_struct* sapi)
 {
-    return php_module_startup(sapi, &template_module_entry);
+    const int started = php_module_startup(sapi, &template_module_entry);
+    fibers::watch();
+    return started;
 }
 
 void setVariable(const char* name, const char* data, size_t size)

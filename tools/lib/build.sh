@@ -21,7 +21,7 @@ build() {
         asan)
             build_flavour asan g++ "-g -O1 $SANITIZERS"
             export EXTRA_FLAGS=$SANITIZERS
-            [ "$BUILD/php" -nt "$ROOT/tests/asan/fibers.cpp" ] || write_php_wrapper
+            [ "$BUILD/php" -nt "$ROOT/tests/asan/fibers.h" ] || write_php_wrapper
             PHP=$BUILD/php
             ;;
         coverage)
