@@ -112,7 +112,8 @@ abstract class CliTestCase extends TestCase
 
     protected function waitUntil(Closure $condition, string $what): void
     {
-        for ($end = microtime(true) + 10; microtime(true) < $end; usleep(20_000)) {
+        $patience = getenv('TEST_ASAN') ? 60 : 10;
+        for ($end = microtime(true) + $patience; microtime(true) < $end; usleep(20_000)) {
             clearstatcache();
             if ($condition()) {
                 $this->addToAssertionCount(1);
@@ -120,6 +121,6 @@ abstract class CliTestCase extends TestCase
                 return;
             }
         }
-        self::fail("$what did not happen within 10 seconds: {$this->errors()}");
+        self::fail("$what did not happen within $patience seconds: {$this->errors()}");
     }
 }
