@@ -58,6 +58,8 @@ const DynamicBlock* Template::findSection(std::string_view namespaceName) const
     if (namespaceName.empty()) {
         return dynamicStack.empty() ? nullptr : dynamicStack.back();
     }
+    // One tag may name sections a million times, thousands of levels deep.
+    call().checkTime();
     for (const DynamicBlock* section : dynamicStack) {
         if (section->name == namespaceName) {
             return section;

@@ -127,6 +127,9 @@ void Template::_getResult(Blocks& blocks, std::string& output, const zval* data)
     const NestingLevel level;
     checkDepth(level);
     for (const std::unique_ptr<Block>& block : blocks) {
+        // Rendered once only, a long body may still take long: each block walks
+        // through the open sections, and may compare a large value.
+        call().checkTime();
         if (const Handler* handler = table.find(block->type)) {
             (*handler)(*this, *block, output, data);
         }
