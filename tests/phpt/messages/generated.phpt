@@ -2,6 +2,12 @@
 Every conversion with all flags, widths, precisions and modifiers, in texts, in file names and in a text of 10 MB
 --EXTENSIONS--
 template
+--SKIPIF--
+<?php
+if (getenv('TEST_VALGRIND')) {
+    echo 'skip takes longer under valgrind than a test may';
+}
+?>
 --INI--
 memory_limit=256M
 --FILE--
