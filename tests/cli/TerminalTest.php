@@ -5,10 +5,13 @@ declare(strict_types=1);
 /** The progress bar and Ctrl-C in a real terminal, which tmux plays. */
 final class TerminalTest extends CliTestCase
 {
+    /** Some seconds of work on a fast machine. */
+    private const int ROWS = 400_000;
+
     protected function setUp(): void
     {
         parent::setUp();
-        $this->files(['t' => '{id}', 'rows' => str_repeat("{\"id\": 1}\n", 200_000)]);
+        $this->files(['t' => '{id}', 'rows' => str_repeat("{\"id\": 1}\n", self::ROWS)]);
         $this->tmux('new-session -d -x 90 -y 10 sh');
         $this->type("PATH=$this->folder/bin:\$PATH PS1='$ '; clear");
     }
@@ -22,7 +25,7 @@ final class TerminalTest extends CliTestCase
     public function testBarAndInterruption(): void
     {
         $this->type('template batch t rows -o out; echo "status $?"');
-        $bar = '/ \d+% \[[=>-]+\] [\d,]+ rows, [\d,]+ rows\/s, (\d+ min, )?\d+ secs? left, 0 faults/';
+        $bar = '/ \d+% \[[=>-]+\] [\d,]+ rows, [\d,]+ rows\/s, (< |\d+ min, )?\d+ secs? left, 0 faults/';
         $this->waitUntil(fn (): bool => preg_match($bar, $this->screen()) === 1, 'a bar');
         self::assertSame(1, preg_match_all('/ rows\/s/', $this->screen()), 'the bar is drawn in one place');
         $this->tmux('send-keys C-c');
@@ -35,7 +38,7 @@ final class TerminalTest extends CliTestCase
 
         $this->type('clear; template batch t rows -o out --resume; echo "status $?"');
         $this->waitUntil(fn (): bool => str_contains($this->screen(), 'status 0'), 'the end of the resumed run');
-        self::assertSame(200_000, substr_count(file_get_contents('out'), "\n"));
+        self::assertSame(self::ROWS, substr_count(file_get_contents('out'), "\n"));
     }
 
     public function testAPipeHasNoShareButARate(): void
@@ -43,7 +46,7 @@ final class TerminalTest extends CliTestCase
         $this->type('(cat rows; echo bad; cat rows) | template batch t > out; echo "status $?"');
         $this->waitUntil(fn (): bool => preg_match('/^ *[\d,]+ rows, [\d,]+ rows\/s, (< )?\d+ secs?, \d faults$/m', $this->screen()) === 1, 'a rate');
         $this->waitUntil(fn (): bool => str_contains($this->screen(), 'status 1'), 'the end');
-        self::assertStringContainsString('line 200001: The line is not a JSON object or list: Syntax error', $this->screen());
+        self::assertStringContainsString('line ' . (self::ROWS + 1) . ': The line is not a JSON object or list: Syntax error', $this->screen());
     }
 
     private function tmux(string $command): string
