@@ -1,23 +1,42 @@
 <?php
 /**
- * Templates without end, one a process: runaway.php CASE. When PHP has ended it, prints how: the
- * error, the processor time in milliseconds, the most memory that was resident in kB, and whether the
- * next call is in order.
+ * Templates without end, one a process or a request: runaway.php CASE, or CASE in the request. When PHP
+ * has ended it, prints as JSON how: the error, what the process used, and what the next call makes.
  */
 ini_set('display_errors', 0);
 
-register_shutdown_function(function () {
-    $error = error_get_last()['message'] ?? 'no error';
+/** Nanoseconds in which the process would have run, had others not had the processor. */
+function waited(): int
+{
+    return (int) (explode(' ', (string) @file_get_contents('/proc/self/schedstat'))[1] ?? 0);
+}
+
+function used(): int
+{
     $used = getrusage();
+    return ($used['ru_utime.tv_sec'] + $used['ru_stime.tv_sec']) * 1000 + intdiv($used['ru_utime.tv_usec'] + $used['ru_stime.tv_usec'], 1000);
+}
+
+$case = $argv[1] ?? $_SERVER['CASE'];
+$before = [used(), waited()];
+register_shutdown_function(function () use ($before) {
+    $error = error_get_last()['message'] ?? 'no error';
     preg_match('/VmHWM:\s*(\d+)/', file_get_contents('/proc/self/status'), $resident);
-    printf(
-        "%s|%d|%d|%s\n",
-        preg_replace('/ (size )?of .*/', '', $error),
-        ($used['ru_utime.tv_sec'] + $used['ru_stime.tv_sec']) * 1000 + intdiv($used['ru_utime.tv_usec'] + $used['ru_stime.tv_usec'], 1000),
-        $resident[1],
-        template('{a}', ['a' => 'in order'], true),
-    );
+    PHP_SAPI === 'cli' or http_response_code(200);
+    echo json_encode([
+        'error' => preg_replace('/ (size )?of .*/', '', $error),
+        'processor' => used() - $before[0],
+        'waited' => intdiv(waited() - $before[1], 1000000),
+        'resident' => (int) $resident[1],
+        'process' => getmypid(),
+        'next' => template('{a}', ['a' => 'in order'], true),
+    ]);
 });
+if ($case === 'next') {
+    return;
+}
+// The most memory that was resident counts from here.
+@file_put_contents('/proc/self/clear_refs', '5');
 
 final class EndlessStream
 {
@@ -67,12 +86,13 @@ function fan_out(string $between): string
 
 $ten = ['t' => range(1, 10)];
 $large = str_repeat('"', 1000000);
-match ($argv[1]) {
+match ($case) {
     'text' => template(nested(str_repeat('x', 1000)), $ten, true),
     'value' => template('{dynamic r,t}' . nested('{r::*}') . '{/dynamic}', ['t' => array_fill(0, 10, $large)], true),
     'escaped value' => template(nested('{htmlentities *}', 5), ['t' => array_fill(0, 10, $large)], true),
     'folded value' => template(str_repeat('{v}', 1000), ['v' => $large], true),
     'escaped once' => template('{rawurlencode v}', ['v' => str_repeat('%', 25000000)], true),
+    'giant template' => template(str_repeat('{{ text }}', 3000000), [], true),
     'blocks' => template(str_repeat('{*}', 1000000), [], true),
     'alternatives' => template('{' . str_repeat('* ', 1000000) . '}', [], true),
     'path' => template('{*::' . str_repeat('a::', 1000000) . 'b}', [], true),
