@@ -3,12 +3,12 @@
 declare(strict_types=1);
 
 use PHPUnit\Framework\Attributes\DataProvider;
-use Random\Engine\Mt19937;
-use Random\Randomizer;
 use TemplateCli\Engine;
 use TemplateCli\Language\Fault;
 use TemplateCli\Language\Scanner;
 use TemplateCli\Lint\EngineMessage;
+
+require_once __DIR__ . '/../model/random_cases.php';
 
 /**
  * Random templates, the same in each run: lint's scanner must find what template() reports.
@@ -18,36 +18,20 @@ use TemplateCli\Lint\EngineMessage;
  */
 final class AgreementTest extends CliTestCase
 {
-    private const array PIECES = [
-        '{', '}', '{{', '}}', '}', '}', '}', '{a}', '{b::c}', '{*::a', '[*]', '::', '*', '.*', "'", ' ', 'r,', 's,', 'a', 'b',
-        '{optional ', '{!optional ', '{/optional}', '{dynamic ', '{rdynamic ', '{/dynamic}', '{/rdynamic}', '{include ',
-        '{htmlspecialchars ', "\n", "\f", '%', '%%', 'é', "\0", '{r::*::a b:::c}', '{*::a ::}', '{a:::b}', '{dynamic ,}',
-    ];
-    /** Sections are closed most of the time, so that what is behind the first fault is reached as well. */
-    private const array SECTIONS = [
-        ['{optional a}', '{/optional}'], ['{!optional a}', '{/optional}'], ['{optional r::*::a x}', '{/optional}'],
-        ['{dynamic r,a}', '{/dynamic}'], ['{dynamic r,*::a}', '{/dynamic}'], ['{rdynamic s,b}', '{/rdynamic}'], ['{dynamic r,b}', '{/dynamic}'],
-    ];
     private const array DATA = [
-        ['a' => [1, ['a' => [1]]], 'b' => 'first', 'r' => ['num' => [1]]],
-        ['a' => 'x', 'b' => ['c' => 5], '' => [1], 0 => 'first'],
+        ['a' => [1, ['a' => [1]]], 'b' => 'one.tpl', 'rows' => ['b' => 'two.tpl', 'num' => [1]], 'list' => [[1]]],
+        ['a' => 'x', 'rows' => [['b' => 5]], '' => [1], 'map' => [], 0 => 'one.tpl'],
     ];
-
-    private Randomizer $random;
 
     #[DataProvider('seeds')]
     public function testScannerAndEngineAgree(int $seed): void
     {
-        $this->random = new Randomizer(new Mt19937($seed));
+        $cases = new RandomCases($seed);
         $accepted = 0;
         for ($round = 0; $round < 1_500; ++$round) {
-            if ($round % 30 === 0) {
-                $this->files(['first' => $this->part(2), 'second' => 'x' . $this->part(1)]);
-            }
-            $text = $this->part(2);
-            $isText = $this->random->getInt(0, 2) > 0;
-            $this->files(['top' => $text]);
-            $accepted += $this->compare($isText ? $text : 'top', $isText);
+            ['template' => $template, 'isText' => $isText, 'files' => $files] = $cases->next();
+            $this->files($files + ['top' => $template]);
+            $accepted += $this->compare($isText ? $template : 'top', $isText);
         }
         // Else the generator makes too much nonsense to prove anything.
         self::assertGreaterThan(250, $accepted);
@@ -80,33 +64,6 @@ final class AgreementTest extends CliTestCase
         }
         self::assertCount(780, $references);
         self::assertGreaterThan(200, $accepted);
-    }
-
-    private function part(int $depth): string
-    {
-        $text = '';
-        for ($count = $this->random->getInt(0, 3); $count > 0; --$count) {
-            $text .= match ($this->random->getInt(0, $depth > 0 ? 7 : 3)) {
-                0 => $this->one(['{a b}', '{a *::b}', '{b::c}', '{r::*::a}', "{x 'y'}", 'text', "line\n", '{addslashes *::a}']),
-                1 => $this->one(['{include first}', '{include second}', '{include 0}', '{include b}', '{include none}', '{a *::b}', '{r::*::a s::::}']),
-                2, 3 => $this->random->getInt(0, 3) === 0 ? $this->one(self::PIECES) . $this->one(self::PIECES) : 'x',
-                default => implode($this->part($depth - 1), $this->one(self::SECTIONS)),
-            };
-        }
-
-        return $text;
-    }
-
-    /**
-     * @template T
-     *
-     * @param list<T> $choices
-     *
-     * @return T
-     */
-    private function one(array $choices): mixed
-    {
-        return $choices[$this->random->getInt(0, count($choices) - 1)];
     }
 
     /** Returns whether the engine accepted the template without data. */

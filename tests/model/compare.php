@@ -24,7 +24,7 @@ function seen(callable $call): array
     try {
         $result = $call();
         if ($result instanceof TemplateFailure) {
-            $messages[] = formatted($result->getMessage());
+            $messages[] = upToNul($result->getMessage());
             $result = null;
         }
     } catch (Throwable $thrown) {

@@ -95,8 +95,7 @@ final class RandomCases
                 . $this->reference() . '}',
             $kind === 16 && $this->chance(2) => '{include ' . $this->one([...self::FILES, 'gone.tpl', 'a', 'rows::b', ...self::FILES]) . '}',
             $kind <= 18 => $this->one(['{{', '}}', '}', '{ ', "{\n", "\0", '~', "\u{e9}"]),
-            $kind === 19 => $this->one(['text ', "line\n", ',', '(']),
-            default => $this->one(['50% ', '%%', '%s', '%n', '%-4;', '%3%', '%.2f', '%lu', '%:']),
+            default => $this->one(['text ', "line\n", ',', '(']),
         };
     }
 
@@ -168,7 +167,7 @@ final class RandomCases
             $at = $this->random->getInt(0, strlen($template) - 1);
             $length = $this->random->getInt(0, 2);
             $template = substr($template, 0, $at)
-                . $this->one(['', '', '{', '}', ':', '*', "'", ' ', ',', '[*]', '::', '/', "\0", '%', '{/optional}', '{/dynamic}'])
+                . $this->one(['', '', '{', '}', ':', '*', "'", ' ', ',', '[*]', '::', '/', "\0", '{/optional}', '{/dynamic}'])
                 . substr($template, $at + $length);
         }
         return $template;

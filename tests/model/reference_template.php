@@ -2,12 +2,22 @@
 /**
  * A second template engine, small and slow, that the extension is compared with.
  *
- * It shares no code and no structure with the extension: it holds the whole source in one string,
- * keeps nothing to fold, and resolves every reference when it is needed. What both must agree on is
- * everything that a caller can see: the text, the warnings and their order, the exceptions.
+ * It reads tags and references as the command line does, in PHP, and shares no code and no structure
+ * with the extension: it keeps nothing to fold, and resolves every reference when it is needed. What
+ * both must agree on is everything that a caller can see: the text, the warnings and their order, the
+ * exceptions.
  */
 
 declare(strict_types=1);
+
+use TemplateCli\Language\Keyword;
+use TemplateCli\Language\Reader;
+use TemplateCli\Language\Reference;
+use TemplateCli\Language\ReferenceKind;
+use TemplateCli\Language\SyntaxFault;
+use TemplateCli\Language\VariableTag;
+
+require __DIR__ . '/../../cli/autoload.php';
 
 final class TemplateFailure extends Exception
 {
@@ -45,191 +55,14 @@ function upToNul(string $bytes): string
     return explode("\0", $bytes, 2)[0];
 }
 
-/** The key that an index step looks up, or null when the step is no canonical unsigned number. */
-function indexOf(string $step): ?int
-{
-    if (!preg_match('/^(0|[1-9][0-9]{0,19})$/D', $step)) {
-        return null;
-    }
-    [$high, $low] = [0, 0];
-    foreach (str_split($step) as $digit) {
-        $low = $low * 10 + (int) $digit;
-        $high = $high * 10 + ($low >> 32);
-        $low &= 0xFFFFFFFF;
-    }
-    return $high > 0xFFFFFFFF ? null : ($high << 32) | $low;
-}
-
-/** What PHP's message formatter makes of a message that comes without arguments. */
-function formatted(string $message): string
-{
-    $out = '';
-    for ($rest = upToNul($message); $rest !== '';) {
-        if ($rest[0] !== '%') {
-            $run = strcspn($rest, '%');
-            $out .= substr($rest, 0, $run);
-            $rest = substr($rest, $run);
-            continue;
-        }
-        preg_match('/^%(?:(?![a-z])[-+# 0]*(\d+|\*)?(?:\.(\d+|\*)?)?)?(?:ll|hh|[Llhzjt])?(.?)/s', $rest, $match);
-        [$all, $width, $precision, $conversion] = $match;
-        if ($width === '*' || $precision === '*' || ($conversion !== '' && strpbrk($conversion, 'diouxXsSZcfFeEgGkHpn'))) {
-            $out .= '%';
-            $rest = substr($rest, 1);
-            continue;
-        }
-        if ($conversion !== '') {
-            $adjust = str_contains(strstr($all, $width === '' ? $conversion : $width, true), '-') ? STR_PAD_RIGHT : STR_PAD_LEFT;
-            $out .= str_pad($conversion === '%' ? '%' : '%' . $conversion, (int) $width, ' ', $adjust);
-        }
-        $rest = substr($rest, strlen($all));
-    }
-    return $out;
-}
-
-/** One repeated section while it is rendered. */
-final class OpenSection
-{
-    public string $key = '';
-    public ?Slot $element = null;
-
-    public function __construct(public readonly string $name)
-    {
-    }
-}
-
-/** One part of a template: called while rendering with the current element, it returns its text. */
-interface Part
-{
-    public function render(Rendering $rendering, ?Slot $current): string;
-}
-
-final class Rendering
-{
-    /** @var list<OpenSection> outermost first */
-    public array $sections = [];
-
-    public function __construct(public readonly ReferenceTemplate $template)
-    {
-    }
-
-    /** @param list<Part|string> $parts */
-    public function all(array $parts, ?Slot $current): string
-    {
-        $out = '';
-        foreach ($parts as $part) {
-            $out .= is_string($part) ? $part : $part->render($this, $current);
-        }
-        return $out;
-    }
-
-    /** The section that a reference starts from, and the element there: null when there is none. */
-    public function start(string $name, ?Slot $current): ?OpenSection
-    {
-        if ($current === null) {
-            return null;
-        }
-        if ($name === '') {
-            return $this->sections[array_key_last($this->sections)];
-        }
-        foreach ($this->sections as $section) {
-            if ($section->name === $name) {
-                return $section;
-            }
-        }
-        return null;
-    }
-
-    public function text(Reference $reference, ?Slot $current): ?string
-    {
-        $section = $this->start($reference->section, $current);
-        if ($section === null) {
-            return null;
-        }
-        if ($reference->isKey) {
-            return upToNul($section->key);
-        }
-        return $this->template->walk($reference->path, $section->element)?->text();
-    }
-}
-
-final class Reference
-{
-    public function __construct(
-        /** @var list<string> */
-        public readonly array $path,
-        public readonly string $section,
-        public readonly bool $isRelative,
-        public readonly bool $isKey,
-    ) {
-    }
-}
-
-final class VariablePart implements Part
-{
-    public function __construct(private array $references, private ?string $default)
-    {
-    }
-
-    public function render(Rendering $rendering, ?Slot $current): string
-    {
-        foreach ($this->references as $text) {
-            $reference = $rendering->template->reference($text);
-            $found = $reference->isRelative
-                ? $rendering->text($reference, $current)
-                : $rendering->template->walk($reference->path, null)?->text();
-            if ($found !== null) {
-                return $found;
-            }
-        }
-        return $this->default ?? '';
-    }
-}
-
-final class EscapedPart implements Part
-{
-    public function __construct(private string $how, private Reference $reference)
-    {
-    }
-
-    public function render(Rendering $rendering, ?Slot $current): string
-    {
-        $text = $rendering->text($this->reference, $current);
-        return $text === null ? '' : escaped($this->how, $text, 'ISO-8859-1');
-    }
-}
-
-function escaped(string $how, string $text, ?string $charset): string
+function escaped(Keyword $how, string $text, ?string $charset): string
 {
     return upToNul(match ($how) {
-        'addslashes' => addslashes($text),
-        'htmlentities' => htmlentities($text, ENT_COMPAT | ENT_HTML401, $charset),
-        'htmlspecialchars' => htmlspecialchars($text, ENT_COMPAT | ENT_HTML401, $charset),
-        'rawurlencode' => rawurlencode($text),
+        Keyword::Addslashes => addslashes($text),
+        Keyword::Htmlentities => htmlentities($text, ENT_COMPAT | ENT_HTML401, $charset),
+        Keyword::Htmlspecialchars => htmlspecialchars($text, ENT_COMPAT | ENT_HTML401, $charset),
+        Keyword::Rawurlencode => rawurlencode($text),
     });
-}
-
-final class OptionalPart implements Part
-{
-    public function __construct(
-        private Reference $reference,
-        private string $compare,
-        private bool $negated,
-        private array $body,
-    ) {
-    }
-
-    public function render(Rendering $rendering, ?Slot $current): string
-    {
-        $section = $rendering->start($this->reference->section, $current);
-        if ($section === null) {
-            return '';
-        }
-        $shown = $this->reference->isKey
-            ? $section->key === $this->compare
-            : isShown($rendering->template->walk($this->reference->path, $section->element), $this->compare);
-        return $shown !== $this->negated ? $rendering->all($this->body, $current) : '';
-    }
 }
 
 /**
@@ -267,66 +100,58 @@ function leadingInteger(string $text): int
     return $value === false ? 0 : $value;
 }
 
-final class SectionPart implements Part
+/** One repeated section while it is rendered. */
+final class OpenSection
 {
-    /** @param ?Slot $fixed what is known already; null: resolve the reference for each element */
-    public function __construct(
-        private string $name,
-        private ?Slot $fixed,
-        private ?Reference $reference,
-        private bool $reversed,
-        private array $body,
-    ) {
-    }
+    public string $key = '';
+    public ?Slot $element = null;
 
-    public function render(Rendering $rendering, ?Slot $current): string
+    public function __construct(public readonly string $name)
     {
-        $iterated = $this->fixed ?? $this->find($rendering, $current);
-        if ($iterated === null) {
-            return '';
-        }
-        $section = new OpenSection($this->name);
-        $rendering->sections[] = $section;
-        $out = '';
-        $elements = is_object($iterated->value) ? get_mangled_object_vars($iterated->value) : $iterated->value;
-        $keys = array_keys($elements);
-        foreach ($this->reversed ? array_reverse($keys) : $keys as $key) {
-            $section->key = is_int($key) ? sprintf('%u', $key) : $key;
-            $section->element = Slot::of($elements, $key);
-            $out .= $rendering->all($this->body, $section->element);
-        }
-        array_pop($rendering->sections);
-        return $out;
-    }
-
-    private function find(Rendering $rendering, ?Slot $current): ?Slot
-    {
-        $section = $rendering->start($this->reference->section, $current);
-        $found = $section === null ? null : $rendering->template->walk($this->reference->path, $section->element);
-        if ($found === null || !$found->isPlainArray()) {
-            return null;
-        }
-        $found = Slot::of($found->value, 'num') ?? $found;
-        return !$found->isReference && (is_array($found->value) || is_object($found->value)) ? $found : null;
     }
 }
 
+/** The repeated sections that are open, outermost first: one list for a template and what it includes. */
+final class OpenSections
+{
+    /** @var list<OpenSection> */
+    public array $all = [];
+
+    /** The section that a reference starts from: null when there is none. */
+    public function start(string $name, ?Slot $current): ?OpenSection
+    {
+        if ($current === null) {
+            return null;
+        }
+        return $name === '' ? array_last_of($this->all) : array_find($this->all, fn ($section) => $section->name === $name);
+    }
+}
+
+function array_last_of(array $list): mixed
+{
+    return $list[array_key_last($list)];
+}
+
+/**
+ * One file or text. It is read into parts: texts, and functions that are called while rendering with
+ * the current element and return their text.
+ */
 final class ReferenceTemplate
 {
-    private const KEYWORDS = [
-        'include', 'optional', '!optional', '/optional', 'dynamic', 'rdynamic', '/dynamic', '/rdynamic',
-        'addslashes', 'htmlentities', 'htmlspecialchars', 'rawurlencode',
-    ];
-    private const BLANKS = " \t\r\n\f\v";
-
     private int $at = 0;
+    private Reader $reader;
     private Slot $root;
-    /** @var list<string> names of the named sections that are open in this file */
+    /** @var list<string> names of the sections that are open while this is read */
     private array $open = [];
 
     /** @param list<string> $chain the files being read, this one last */
-    private function __construct(private string $source, private array $data, private array $chain)
-    {
+    private function __construct(
+        private string $source,
+        private array $data,
+        private array $chain,
+        private OpenSections $sections,
+    ) {
+        $this->reader = new Reader($source);
         $this->root = new Slot($data);
     }
 
@@ -334,8 +159,10 @@ final class ReferenceTemplate
     public static function outcome(string $name, array $data, bool $isText): string|TemplateFailure
     {
         try {
-            $template = new self($isText ? $name : self::load($name), $data, [$name]);
-            return (new Rendering($template))->all($template->body(null), null);
+            $template = new self($isText ? $name : self::load($name), $data, [$name], new OpenSections());
+            return self::rendered($template->parts(), null);
+        } catch (SyntaxFault $fault) {
+            return new TemplateFailure("{$fault->getMessage()} in $name");
         } catch (TemplateFailure $failure) {
             return $failure;
         }
@@ -343,276 +170,223 @@ final class ReferenceTemplate
 
     private static function load(string $name): string
     {
-        set_error_handler(fn () => true);
-        try {
-            $source = str_contains($name, "\0") ? false : file_get_contents($name, true);
-        } finally {
-            restore_error_handler();
-        }
-        return $source === false ? throw new TemplateFailure("Could not open file $name") : $source;
+        // That no name can be empty is for PHP to say.
+        return $name === '' || is_file($name) ? file_get_contents($name) : throw new TemplateFailure("Could not open file $name");
     }
 
-    private function fail(string $message): never
+    /** @param list<string|Closure> $parts */
+    private static function rendered(array $parts, ?Slot $current): string
     {
-        throw new TemplateFailure("$message in " . $this->chain[array_key_last($this->chain)]);
+        return implode(array_map(fn ($part) => is_string($part) ? $part : $part($current), $parts));
+    }
+
+    /** @return list<string|Closure> */
+    private function parts(): array
+    {
+        try {
+            return $this->body(null);
+        } catch (SyntaxFault $fault) {
+            throw new TemplateFailure("{$fault->getMessage()} in " . array_last_of($this->chain));
+        }
     }
 
     /**
      * Reads up to the end of the source or to the closing tag that is expected.
-     * @return list<Part|string>
+     * @return list<string|Closure>
      */
-    private function body(?string $closing): array
+    private function body(?Keyword $closing): array
     {
         $parts = [];
-        while (true) {
-            $parts[] = $this->literal($tagFollows);
-            if (!$tagFollows) {
-                break;
+        while (($tag = $this->reader->next()) !== null) {
+            $parts[] = $this->literal($tag->start);
+            $this->at = $tag->end;
+            if (str_starts_with($tag->keyword->value, '/')) {
+                return $tag->keyword === $closing ? $parts
+                    : throw new SyntaxFault('Unexpected closing ' . substr($tag->keyword->value, 1) . ' tag');
             }
-            [$keyword, $argument] = $this->keyword($this->tag());
-            if ($keyword !== null && $keyword[0] === '/') {
-                return $keyword === $closing ? $parts : $this->fail('Unexpected closing ' . substr($keyword, 1) . ' tag');
-            }
-            array_push($parts, ...match ($keyword) {
-                null => [$this->variable($argument)],
-                'include' => $this->include($argument),
-                'optional', '!optional' => $this->optional($argument, $keyword === '!optional'),
-                'dynamic', 'rdynamic' => [$this->section($argument, $keyword === 'rdynamic')],
-                default => [$this->escaping($keyword, $argument)],
+            array_push($parts, ...match ($tag->keyword) {
+                Keyword::Variable => [$this->variable($tag->argument)],
+                Keyword::Include => $this->include($tag->argument),
+                Keyword::Optional, Keyword::NotOptional => $this->optional($tag->argument, $tag->keyword),
+                Keyword::Dynamic, Keyword::Rdynamic => [$this->section($tag->argument, $tag->keyword)],
+                default => [$this->escaping($tag->keyword, $tag->argument)],
             });
         }
-        return $closing === null ? $parts : $this->fail('Missing closing tag');
+        $parts[] = $this->literal(strlen($this->source));
+        return $closing === null ? $parts : throw new SyntaxFault('Missing closing tag');
     }
 
-    private function literal(?bool &$tagFollows): string
+    private function literal(int $end): string
     {
-        $tagFollows = false;
-        for ($out = ''; $this->at < strlen($this->source);) {
-            $run = strcspn($this->source, '{}', $this->at);
-            $out .= substr($this->source, $this->at, $run);
-            $this->at += $run;
-            $pair = substr($this->source, $this->at, 2);
-            if ($pair === '{{' || $pair === '}}') {
-                $this->at += 2;
-            } elseif ($pair === '') {
-                break;
-            } elseif ($pair[0] === '{' && isset($pair[1]) && !str_contains(" \t\n\r", $pair[1])) {
-                $this->at += 1;
-                $tagFollows = true;
-                break;
-            } else {
-                $this->at += 1;
-            }
-            $out .= $pair[0];
-        }
-        return $out;
+        return preg_replace('/\{(\{)|\}(\})/', '$1$2', substr($this->source, $this->at, $end - $this->at));
     }
 
-    private function tag(): string
+    private function variable(string $content): Closure|string
     {
-        $run = strcspn($this->source, '{}', $this->at);
-        $content = substr($this->source, $this->at, $run);
-        $this->at += $run + 1;
-        if (($this->source[$this->at - 1] ?? '}') === '}') {
-            return $content;
-        }
-        // An inner "{" turns all that follows, and itself, into braces.
-        $braces = strlen($this->source) - $this->at + 1;
-        $this->at = strlen($this->source);
-        return $content . str_repeat('{', $braces);
-    }
-
-    /** @return array{?string, string} */
-    private function keyword(string $tag): array
-    {
-        foreach (self::KEYWORDS as $keyword) {
-            if (str_starts_with($tag, $keyword)) {
-                return [$keyword, $this->trimmed(substr($tag, strlen($keyword)))];
-            }
-        }
-        return [null, $this->trimmed($tag)];
-    }
-
-    /** Blanks alone stay as they are. */
-    private function trimmed(string $text): string
-    {
-        $trimmed = trim($text, self::BLANKS);
-        return $trimmed === '' ? $text : $trimmed;
-    }
-
-    private function variable(string $content): Part|string
-    {
-        $references = [];
-        $default = null;
-        for ($at = 0; ($at += strspn($content, self::BLANKS, $at)) < strlen($content);) {
-            if ($content[$at] === "'") {
-                if ($at === strlen($content) - 1 || $content[-1] !== "'") {
-                    $this->fail("Variable block bad parameter '$content': could not find second ' as the last character");
-                }
-                $default = substr($content, $at + 1, -1);
-                break;
-            }
-            $length = strcspn($content, self::BLANKS . "'", $at);
-            if (($content[$at + $length] ?? '') === "'") {
-                $this->fail("Variable block bad parameter '$content': ' is forbidden in variable");
-            }
-            $references[] = substr($content, $at, $length);
-            $at += $length;
-        }
-        foreach ($references as $text) {
-            $reference = $this->reference($text);
-            if ($reference->isRelative) {
-                return new VariablePart($references, $default);
+        $tag = VariableTag::parse($content);
+        foreach ($tag->references as $text) {
+            $reference = Reference::parse($text);
+            if ($reference->kind !== ReferenceKind::Root) {
+                return fn (?Slot $current) => $this->firstText($tag, $current);
             }
             $found = $this->walk($reference->path, null);
             if ($found !== null) {
                 return $found->text();
             }
         }
-        return $default ?? '{' . $content . '}';
+        return $tag->default ?? '{' . $content . '}';
     }
 
-    private function escaping(string $how, string $argument): Part|string
+    private function firstText(VariableTag $tag, ?Slot $current): string
     {
-        $reference = $this->reference($argument);
-        if ($reference->isRelative) {
-            return new EscapedPart($how, $reference);
+        foreach ($tag->references as $reference) {
+            $text = $this->text(Reference::parse($reference), $current);
+            if ($text !== null) {
+                return $text;
+            }
+        }
+        return $tag->default ?? '';
+    }
+
+    private function text(Reference $reference, ?Slot $current): ?string
+    {
+        if ($reference->kind === ReferenceKind::Root) {
+            return $this->walk($reference->path, null)?->text();
+        }
+        $section = $this->sections->start($reference->section, $current);
+        if ($section === null || $reference->kind === ReferenceKind::SectionKey) {
+            return $section === null ? null : upToNul($section->key);
+        }
+        return $this->walk($reference->path, $section->element)?->text();
+    }
+
+    private function escaping(Keyword $how, string $argument): Closure|string
+    {
+        $reference = Reference::parse($argument);
+        if ($reference->kind !== ReferenceKind::Root) {
+            return fn (?Slot $current) => escaped($how, $this->text($reference, $current) ?? '', 'ISO-8859-1');
         }
         $found = $this->walk($reference->path, null);
-        return $found !== null && !$found->isReference && is_string($found->value)
-            ? escaped($how, $found->value, null)
-            : '';
+        return $found !== null && !$found->isReference && is_string($found->value) ? escaped($how, $found->value, null) : '';
     }
 
-    /** @return list<Part|string> */
-    private function optional(string $argument, bool $negated): array
+    /** @return list<string|Closure> */
+    private function optional(string $argument, Keyword $keyword): array
     {
         [$name, $compare] = explode(' ', $argument, 2) + [1 => ''];
-        $reference = $this->reference($name);
-        if ($reference->isRelative) {
-            return [new OptionalPart($reference, $compare, $negated, $this->body('/optional'))];
+        $negated = $keyword === Keyword::NotOptional;
+        $reference = Reference::parse($name);
+        if ($reference->kind === ReferenceKind::Root) {
+            $shown = isShown($this->walk($reference->path, null), $compare) !== $negated;
+            $body = $this->body($keyword->closedBy());
+            return $shown ? $body : [];
         }
-        $shown = isShown($this->walk($reference->path, null), $compare) !== $negated;
-        $body = $this->body('/optional');
-        return $shown ? $body : [];
+        $body = $this->body($keyword->closedBy());
+        return [function (?Slot $current) use ($reference, $compare, $negated, $body): string {
+            $section = $this->sections->start($reference->section, $current);
+            if ($section === null) {
+                return '';
+            }
+            $shown = $reference->kind === ReferenceKind::SectionKey
+                ? $section->key === $compare
+                : isShown($this->walk($reference->path, $section->element), $compare);
+            return $shown !== $negated ? self::rendered($body, $current) : '';
+        }];
     }
 
-    private function section(string $argument, bool $reversed): Part|string
+    private function section(string $argument, Keyword $keyword): Closure|string
     {
         [$name, $text] = str_contains($argument, ',') ? explode(',', $argument, 2) : ['', $argument];
+        $fault = fn (string $what) => new SyntaxFault("Dynamic block bad parameter '$text': $what");
         if ($name !== '' && in_array($name, $this->open, true)) {
-            $this->fail("Dynamic block bad parameter '$text': namespace is used already");
+            throw $fault('namespace is used already');
         }
-        $reference = $this->reference($text);
-        if ($reference->isKey) {
-            $this->fail("Dynamic block bad parameter '$text': [*] is forbidden");
+        $reference = Reference::parse($text);
+        if ($reference->kind === ReferenceKind::SectionKey) {
+            throw $fault('[*] is forbidden');
         }
         $fixed = null;
-        if (!$reference->isRelative) {
-            $fixed = $this->walk($reference->path, null);
-            if ($fixed !== null && $fixed->isPlainArray()) {
-                $fixed = Slot::of($fixed->value, 'num') ?? $fixed;
-            }
-            if ($fixed === null || !is_array($fixed->value)) {
-                if ($text === '') {
-                    $this->fail("Dynamic block bad parameter '': no parameter found");
-                }
+        if ($reference->kind === ReferenceKind::Root) {
+            $found = $this->walk($reference->path, null);
+            $fixed = $this->numberedOf($found) ?? $found;
+            if (!is_array($fixed?->value)) {
                 // Nothing to repeat: the body is read for its errors, under no name.
-                $this->sectionBody('', $reversed);
+                $text !== '' ? $this->sectionBody('', $keyword) : throw $fault('no parameter found');
                 return '';
             }
         }
-        return new SectionPart($name, $fixed, $reference, $reversed, $this->sectionBody($name, $reversed));
+        $body = $this->sectionBody($name, $keyword);
+        return fn (?Slot $current) => $this->repeated($name, $fixed ?? $this->elements($reference, $current), $keyword, $body);
     }
 
-    private function sectionBody(string $name, bool $reversed): array
+    private function sectionBody(string $name, Keyword $keyword): array
     {
         $this->open[] = $name;
-        $body = $this->body($reversed ? '/rdynamic' : '/dynamic');
+        $body = $this->body($keyword->closedBy());
         array_pop($this->open);
         return $body;
     }
 
-    /** @return list<Part|string> */
+    private function elements(Reference $reference, ?Slot $current): ?Slot
+    {
+        $section = $this->sections->start($reference->section, $current);
+        $found = $section === null ? null : $this->walk($reference->path, $section->element);
+        if ($found === null || !$found->isPlainArray()) {
+            return null;
+        }
+        $found = $this->numberedOf($found) ?? $found;
+        return !$found->isReference && (is_array($found->value) || is_object($found->value)) ? $found : null;
+    }
+
+    private function numberedOf(?Slot $found): ?Slot
+    {
+        return $found?->isPlainArray() ? Slot::of($found->value, 'num') : null;
+    }
+
+    private function repeated(string $name, ?Slot $iterated, Keyword $keyword, array $body): string
+    {
+        if ($iterated === null) {
+            return '';
+        }
+        $this->sections->all[] = $section = new OpenSection($name);
+        $out = '';
+        $elements = is_object($iterated->value) ? get_mangled_object_vars($iterated->value) : $iterated->value;
+        $keys = array_keys($elements);
+        foreach ($keyword === Keyword::Rdynamic ? array_reverse($keys) : $keys as $key) {
+            $section->key = is_int($key) ? sprintf('%u', $key) : $key;
+            $section->element = Slot::of($elements, $key);
+            $out .= self::rendered($body, $section->element);
+        }
+        array_pop($this->sections->all);
+        return $out;
+    }
+
+    /** @return list<string|Closure> */
     private function include(string $content): array
     {
-        $reference = $this->reference($content);
-        if ($reference->isRelative) {
-            $this->fail("Include block bad parameter '$content': asterisk in filename is forbidden");
+        $reference = Reference::parse($content);
+        if ($reference->kind !== ReferenceKind::Root) {
+            throw new SyntaxFault("Include block bad parameter '$content': asterisk in filename is forbidden");
         }
         $found = $this->walk($reference->path, null);
         $isGiven = $found !== null && !$found->isReference && is_string($found->value);
         if (!$isGiven && $content === '') {
-            $this->fail('Include block bad parameter: no parameter found');
+            throw new SyntaxFault('Include block bad parameter: no parameter found');
         }
         $name = $isGiven ? upToNul($found->value) : $content;
         if (in_array($name, $this->chain, true)) {
-            $this->fail("Include block bad parameter '$content': circle is detected");
+            throw new SyntaxFault("Include block bad parameter '$content': circle is detected");
         }
         try {
             $source = self::load($name);
         } catch (TemplateFailure) {
             return [];
         }
-        return (new self($source, $this->data, [...$this->chain, $name]))->body(null);
-    }
-
-    /** Reads the notation from its right end, since what stands left of a star is no key. */
-    public function reference(string $argument): Reference
-    {
-        $path = [];
-        $section = null;
-        $star = null;
-        $rest = $argument;
-        // Parts shorter than the whole are cut off as long as a separator is left; the "::" may share
-        // its second colon with the separator to its right, which makes an empty part.
-        $limit = strlen($argument) - 2;
-        while ($limit >= 0 && ($at = strrpos(substr($argument, 0, $limit + 2), '::')) !== false) {
-            $part = substr($rest, $at + 2);
-            if ($part === '') {
-                $this->fail("Bad formated parameter'$argument': too many :");
-            }
-            if ($part === '*' || $part === '[*]') {
-                if ($star !== null) {
-                    $this->fail("Bad formated parameter'$argument': too many *");
-                }
-                if ($part === '[*]' && $path !== []) {
-                    $this->fail('Bad formated parameter: [*] must be last');
-                }
-                $star = $part;
-            } elseif ($section !== null) {
-                $this->fail("Bad formated parameter'$argument': too many namespaces");
-            } elseif ($star !== null) {
-                $section = $part;
-            } else {
-                array_unshift($path, $part);
-            }
-            if ($at === 0) {
-                $this->fail("Bad formated parameter'$argument': too many :");
-            }
-            $rest = substr($argument, 0, $at);
-            $limit = min(strlen($argument) - 2, $at - 1);
-        }
-        if (in_array($rest, ['*', '.*', '[*]'], true)) {
-            if ($star !== null) {
-                $this->fail('Bad formated parameter: too many *');
-            }
-            if ($rest === '[*]' && $path !== []) {
-                $this->fail('Bad formated parameter: [*] must be last');
-            }
-            return new Reference($path, '', true, $rest === '[*]');
-        }
-        if ($section !== null) {
-            $this->fail('Bad formated parameter: too many namespaces');
-        }
-        if ($star !== null) {
-            return new Reference($path, $rest, true, $star === '[*]');
-        }
-        return new Reference([$rest, ...$path], '', false, false);
+        return (new self($source, $this->data, [...$this->chain, $name], $this->sections))->parts();
     }
 
     /** @param list<string> $path */
-    public function walk(array $path, ?Slot $from): ?Slot
+    private function walk(array $path, ?Slot $from): ?Slot
     {
         foreach ($path as $step => $key) {
             if ($step > 0 && !$from->isPlainArray()) {
@@ -628,13 +402,13 @@ final class ReferenceTemplate
 
     private function step(string $key, ?Slot $from): ?Slot
     {
-        $index = indexOf($key);
-        if ($index !== null) {
+        // What PHP itself stores as an integer: an index if it is not negative, else never found.
+        $stored = array_key_first([$key => 0]);
+        if (is_int($stored)) {
             // Properties have names, never numbers: an index finds nothing in an object.
-            return $from?->isPlainArray() ? Slot::of($from->value, $index) : null;
+            return $stored >= 0 && $from?->isPlainArray() ? Slot::of($from->value, $stored) : null;
         }
         $from ??= $this->root;
-        // A key that PHP itself stores as an integer is not found by its text ("-1").
-        return $from->isPlainArray() && is_string(array_key_first([$key => 0])) ? Slot::of($from->value, $key) : null;
+        return $from->isPlainArray() ? Slot::of($from->value, $key) : null;
     }
 }
