@@ -26,8 +26,11 @@ function own_escaping(string $text): array
 
 foreach ($charsets as $charset) {
     ini_set('default_charset', $charset);
-    $differ = array_filter($texts, fn ($text) => outcome($template, ['v' => $text, 'rows' => [$text]]) !== own_escaping($text));
-    echo $charset, ': ', json_encode(array_keys($differ)), "\n";
+    foreach ($texts as $name => $text) {
+        if (outcome($template, ['v' => $text, 'rows' => [$text]]) !== own_escaping($text)) {
+            echo "$charset, $name: differs\n";
+        }
+    }
 }
 
 // internal_encoding wins over default_charset.
@@ -41,18 +44,6 @@ echo json_encode(outcome('{htmlentities v}', ['v' => "\u{e9}"])), "\n";
 echo json_encode(outcome('{dynamic rows}{htmlentities *}{/dynamic}', ['rows' => ["\xE9"]])), "\n";
 ?>
 --EXPECT--
-UTF-8: []
-ISO-8859-1: []
-ISO-8859-15: []
-cp1252: []
-cp1251: []
-KOI8-R: []
-cp866: []
-Shift_JIS: []
-EUC-JP: []
-BIG5: []
-GB2312: []
-: []
 ["&eacute;"]
 ["&eacute;","template(): Charset \"no-such-charset\" is not supported, assuming UTF-8"]
 ["&eacute;"]

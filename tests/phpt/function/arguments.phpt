@@ -16,29 +16,24 @@ function call(...$arguments): string
     } catch (Throwable $thrown) {
         $result = get_class($thrown) . ': ' . $thrown->getMessage();
     }
-    $last = error_get_last();
-    return json_encode([$result, ...$last === null ? [] : [$last['type'] . ' ' . $last['message']]]) . "\n";
+    return $result . ' | ' . (error_get_last()['message'] ?? 'no warning') . "\n";
 }
 
-echo call();
 echo call('{x}');
-echo call('{x}', 'text', true);
 echo call('{x}', null, true);
 echo call('{x}', new ArrayObject(['x' => 1]), true);
 echo call([], []);
-echo call(new stdClass(), []);
 echo call('{x}', [], []);
 echo call('{x}', [], true, 1);
+// PHP itself refuses these before the call.
 echo call(template: '{x}', userData: []);
 echo call('{x}', string_mode: true);
 
 // Named arguments, and what PHP converts.
 echo call(string_mode: true, userData: ['x' => 'named'], fileName: '{x}');
 echo call(5, [5 => 'no', '5' => 'number'], true);
-echo call('{x}', ['x' => 'truthy'], 'yes');
-echo call(new class { public function __toString() { return '{x}'; } }, ['x' => 'Stringable'], 1);
+echo call(new class { public function __toString() { return '{x}'; } }, ['x' => 'Stringable'], 'yes');
 echo call('nosuch-file.tpl', [], 0);
-echo call('nosuch-file.tpl', []);
 
 // Both reach the page: the warning at the call, the exception where it is caught.
 ob_start();
@@ -50,21 +45,16 @@ try {
 }
 ?>
 --EXPECT--
-["ArgumentCountError: template() expects at least 2 arguments, 0 given","2 Error while parsing parameters"]
-["ArgumentCountError: template() expects at least 2 arguments, 1 given","2 Error while parsing parameters"]
-["TypeError: template(): Argument #2 ($userData) must be of type array, string given","2 Error while parsing parameters"]
-["TypeError: template(): Argument #2 ($userData) must be of type array, null given","2 Error while parsing parameters"]
-["TypeError: template(): Argument #2 ($userData) must be of type array, ArrayObject given","2 Error while parsing parameters"]
-["TypeError: template(): Argument #1 ($fileName) must be of type string, array given","2 Error while parsing parameters"]
-["TypeError: template(): Argument #1 ($fileName) must be of type string, stdClass given","2 Error while parsing parameters"]
-["TypeError: template(): Argument #3 ($string_mode) must be of type bool, array given","2 Error while parsing parameters"]
-["ArgumentCountError: template() expects at most 3 arguments, 4 given","2 Error while parsing parameters"]
-["Error: Unknown named parameter $template"]
-["ArgumentCountError: template(): Argument #2 ($userData) not passed"]
-["named"]
-["5"]
-["truthy"]
-["Stringable"]
-[null,"2 Could not open file nosuch-file.tpl"]
-[null,"2 Could not open file nosuch-file.tpl"]
+ArgumentCountError: template() expects at least 2 arguments, 1 given | Error while parsing parameters
+TypeError: template(): Argument #2 ($userData) must be of type array, null given | Error while parsing parameters
+TypeError: template(): Argument #2 ($userData) must be of type array, ArrayObject given | Error while parsing parameters
+TypeError: template(): Argument #1 ($fileName) must be of type string, array given | Error while parsing parameters
+TypeError: template(): Argument #3 ($string_mode) must be of type bool, array given | Error while parsing parameters
+ArgumentCountError: template() expects at most 3 arguments, 4 given | Error while parsing parameters
+Error: Unknown named parameter $template | no warning
+ArgumentCountError: template(): Argument #2 ($userData) not passed | no warning
+named | no warning
+5 | no warning
+Stringable | no warning
+ | Could not open file nosuch-file.tpl
 [true,true]

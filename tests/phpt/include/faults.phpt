@@ -12,53 +12,53 @@ in_folder_with([
     'b.tpl' => 'b{include c.tpl}',
     'c.tpl' => 'c{include the::name}',
     'dot.tpl' => '{include ./dot.tpl}',
-    'closes.tpl' => 'x{/dynamic}',
-    'closes-optional.tpl' => '{/optional}',
-    'closes-rdynamic.tpl' => '{rdynamic rows}{/rdynamic}{/rdynamic}',
-    'opens.tpl' => '{dynamic rows}x',
-    'opens-optional.tpl' => '{optional missing}x',
     'reference.tpl' => 'ok {a::}',
-    'quote.tpl' => "{a'}",
-    'default.tpl' => "{a 'b}",
-    'name.tpl' => '{dynamic n,rows}{dynamic n,rows}{/dynamic}{/dynamic}',
-    'key.tpl' => '{dynamic [*]}{/dynamic}',
-    'empty.tpl' => '{rdynamic n,}{/rdynamic}',
-    'star.tpl' => '{include *}',
-    'none.tpl' => '{include}',
     'outer.tpl' => '{include reference.tpl}',
     'late.tpl' => '{dynamic rows}{* b::*::*}{*::x c:::d}{/dynamic}',
-    'then.tpl' => '{include head.tpl}{include nosuch.tpl}{a::}',
     'head.tpl' => 'head',
 ]);
 $data = ['rows' => [1, 2], 'the' => ['name' => 'a.tpl'], 'main' => 'main.tpl'];
+$circle = fn (string $content, string $file) => "Include block bad parameter '$content': circle is detected in $file";
 
 check([
-    'itself' => ['{include self.tpl}', $data, null, "Include block bad parameter 'self.tpl': circle is detected in self.tpl"],
-    'a circle of three, quoting the tag' => ['{include a.tpl}', $data, null, "Include block bad parameter 'the::name': circle is detected in c.tpl"],
-    'a circle entered elsewhere' => ['{include c.tpl}', $data, null, "Include block bad parameter 'c.tpl': circle is detected in b.tpl"],
-    'a circle in a hidden section' => ['{optional x}{include self.tpl}{/optional}', $data, null, "Include block bad parameter 'self.tpl': circle is detected in self.tpl"],
-    'names are compared as written' => ['{include dot.tpl}', $data, null, "Include block bad parameter './dot.tpl': circle is detected in ./dot.tpl"],
+    'itself' => ['{include self.tpl}', $data, null, $circle('self.tpl', 'self.tpl')],
+    'a circle of three, quoting the tag' => ['{include a.tpl}', $data, null, $circle('the::name', 'c.tpl')],
+    'a circle entered elsewhere' => ['{include c.tpl}', $data, null, $circle('c.tpl', 'b.tpl')],
+    'a circle in a hidden section' => ['{optional x}{include self.tpl}{/optional}', $data, null, $circle('self.tpl', 'self.tpl')],
+    'names are compared as written' => ['{include dot.tpl}', $data, null, $circle('./dot.tpl', './dot.tpl')],
 
-    'closes the section of the includer' => ['{dynamic rows}{include closes.tpl}', $data, null, 'Unexpected closing dynamic tag in closes.tpl'],
-    'closes an optional section' => ['{optional rows}{include closes-optional.tpl}{/optional}', $data, null, 'Unexpected closing optional tag in closes-optional.tpl'],
-    'closes its own and one more' => ['{rdynamic rows}{include closes-rdynamic.tpl}', $data, null, 'Unexpected closing rdynamic tag in closes-rdynamic.tpl'],
-    'leaves a section open' => ['{include opens.tpl}{/dynamic}', $data, null, 'Missing closing tag in opens.tpl'],
-    'leaves a hidden section open' => ['{include opens-optional.tpl}{/optional}', $data, null, 'Missing closing tag in opens-optional.tpl'],
-    'reference' => ['{include reference.tpl}', $data, null, "Bad formated parameter'a::': too many : in reference.tpl"],
-    'reference, one file further' => ['{include outer.tpl}', $data, null, "Bad formated parameter'a::': too many : in reference.tpl"],
-    'quote' => ['{include quote.tpl}', $data, null, "Variable block bad parameter 'a'': ' is forbidden in variable in quote.tpl"],
-    'default' => ['{include default.tpl}', $data, null, "Variable block bad parameter 'a 'b': could not find second ' as the last character in default.tpl"],
-    'section name' => ['{include name.tpl}', $data, null, "Dynamic block bad parameter 'rows': namespace is used already in name.tpl"],
-    'section key' => ['{include key.tpl}', $data, null, "Dynamic block bad parameter '[*]': [*] is forbidden in key.tpl"],
-    'section without argument' => ['{include empty.tpl}', $data, null, "Dynamic block bad parameter '': no parameter found in empty.tpl"],
-    'star' => ['{include star.tpl}', $data, null, "Include block bad parameter '*': asterisk in filename is forbidden in star.tpl"],
-    'no name' => ['{include none.tpl}', $data, null, 'Include block bad parameter: no parameter found in none.tpl'],
-    'behind other includes' => ['{include then.tpl}', $data, null, "Bad formated parameter'a::': too many : in then.tpl"],
+    'one file further' => ['{include outer.tpl}', $data, null, "Bad formated parameter'a::': too many : in reference.tpl"],
     'the includer, behind an include' => ['{include head.tpl}{a::}', $data, null, "Bad formated parameter'a::': too many : in <FILE>"],
-
     // While rendering there is one tree: the top-level file is the current one.
     'found while rendering' => ['{include late.tpl}', $data, null, "Bad formated parameter'c:::d': too many : in <FILE>"],
 ]);
+
+// Faults of each kind, in a file that is included between the tags of a section.
+$faults = [
+    'x{/dynamic}' => 'Unexpected closing dynamic tag',
+    '{/optional}' => 'Unexpected closing optional tag',
+    '{rdynamic rows}{/rdynamic}{/rdynamic}' => 'Unexpected closing rdynamic tag',
+    '{dynamic rows}x' => 'Missing closing tag',
+    '{optional missing}x' => 'Missing closing tag',
+    "{a'}" => "Variable block bad parameter 'a'': ' is forbidden in variable",
+    "{a 'b}" => "Variable block bad parameter 'a 'b': could not find second ' as the last character",
+    '{dynamic n,rows}{dynamic n,rows}{/dynamic}{/dynamic}' => "Dynamic block bad parameter 'rows': namespace is used already",
+    '{dynamic [*]}{/dynamic}' => "Dynamic block bad parameter '[*]': [*] is forbidden",
+    '{rdynamic n,}{/rdynamic}' => "Dynamic block bad parameter '': no parameter found",
+    '{include *}' => "Include block bad parameter '*': asterisk in filename is forbidden",
+    '{include}' => 'Include block bad parameter: no parameter found',
+    '{include head.tpl}{include nosuch.tpl}{a::}' => "Bad formated parameter'a::': too many :",
+];
+foreach ($faults as $content => $message) {
+    file_put_contents('fault.tpl', $content);
+    foreach (['{dynamic rows}{include fault.tpl}{/dynamic}', '{optional rows}{include fault.tpl}{/optional}',
+        '{optional missing}{include fault.tpl}{/optional}'] as $template) {
+        $seen = outcome($template, $data);
+        if ($seen !== [null, "$message in fault.tpl"]) {
+            echo "$content in $template: ", printable($seen), "\n";
+        }
+    }
+}
 
 file_put_contents('main.tpl', '{include head.tpl}{include main}');
 echo json_encode(outcome('main.tpl', $data, false)), "\n";

@@ -6,64 +6,36 @@ template
 <?php
 require __DIR__ . '/../helper.inc';
 
-// In string mode the text is part of the message; in file mode a part of the name.
-$texts = [
-    // needs no argument: the formatter's own way
-    '100%%' => '100%',
-    '%%d' => '%d',
-    '%%%%s' => '%%s',
-    'width:100%;' => 'width:100%;',
-    'a%' => 'a',
-    'a%-' => 'a',
-    'a%l' => 'a',
-    '%y' => '%y',
-    '% y' => '%y',
-    '%-+#y' => '%y',
-    '%lq' => '%q',
-    '%hhq' => '%q',
-    '%!' => '%!',
-    "%\u{e9}" => "%\u{e9}",
-    '%:%;' => '%:%;',
-    '% %' => '%',
-    // needs an argument: stays as it was written
-    '50% off' => '50% off',
-    '%2F' => '%2F',
-    'a%sb' => 'a%sb',
-    '%s%s%s%s%s%s%s%s' => '%s%s%s%s%s%s%s%s',
-    '%d %i %u %o %x %X' => '%d %i %u %o %x %X',
-    '%c %f %F %e %E %g %G %H %k' => '%c %f %F %e %E %g %G %H %k',
-    '%S %Z %p' => '%S %Z %p',
-    '%n' => '%n',
-    '%hhn%ln%jn' => '%hhn%ln%jn',
-    '%ld %lld %zu %jd %td %Lf %hd' => '%ld %lld %zu %jd %td %Lf %hd',
-    '%pd' => '%pd',
-    '%*d' => '%*d',
-    '%*y' => '%*y',
-    '%.*y' => '%.*y',
-    '%-08.3f' => '%-08.3f',
-    '%%%s%%' => '%%s%',
-    '% %s' => '%s',
-    // looks like one of these, but stands behind a "%%"
-    '%%%n' => '%%n',
+// What needs no argument is formatted in the formatter's own way, and dropped at the end of a message.
+$formatted = [
+    '100%%' => '100%', '%%d' => '%d', '%%%%s' => '%%s', 'width:100%;' => 'width:100%;', '%y' => '%y', '% y' => '%y',
+    '%-+#y' => '%y', '%lq' => '%q', '%hhq' => '%q', '%!' => '%!', "%\u{e9}" => "%\u{e9}", '%:%;' => '%:%;', '% %' => '%',
+    '%%%s%%' => '%%s%', '% %s' => '%s', '%%%n' => '%%n', '%*%%' => '%*%',
 ];
+$dropped = ['a%' => 'a', 'a%-' => 'a', 'a%l' => 'a'];
+// What needs an argument stays as it was written.
+$written = ['50% off', '%2F', 'a%sb', '%s%s%s%s%s%s%s%s', '%d %i %u %o %x %X', '%c %f %F %e %E %g %G %H %k', '%S %Z %p', '%n',
+    '%hhn%ln%jn', '%ld %lld %zu %jd %td %Lf %hd', '%pd', '%*d', '%*y', '%.*y', '%-08.3f', '%*%s'];
 
-foreach ($texts as $text => $formatted) {
-    // What the formatter drops at the end of a message it does not drop before more text.
-    if (!in_array($text, ['a%', 'a%-', 'a%l'], true)) {
-        $cases["text $text"] = ["$text|{/dynamic}", [], null, "Unexpected closing dynamic tag in $formatted|{/dynamic}"];
-        $cases["reference $text"] = ["{addslashes a::$text|:::}", [], null,
-            "Bad formated parameter'a::$formatted|:::': too many : in {addslashes a::$formatted|:::}"];
-    }
+// In string mode the text is part of the message; in file mode a part of the name.
+$texts = $formatted + array_combine($written, $written);
+foreach ($texts as $text => $shown) {
+    $cases["text $text"] = ["$text|{/dynamic}", [], null, "Unexpected closing dynamic tag in $shown|{/dynamic}"];
+    $cases["reference $text"] = ["{addslashes a::$text|:::}", [], null,
+        "Bad formated parameter'a::$shown|:::': too many : in {addslashes a::$shown|:::}"];
 }
 check_as_text($cases);
-
-foreach ($texts as $text => $formatted) {
+foreach ($texts + $dropped as $text => $shown) {
     $seen = outcome("nosuch $text", [], false);
-    if ($seen !== [null, "Could not open file nosuch $formatted"]) {
+    if ($seen !== [null, "Could not open file nosuch $shown"]) {
         echo "nosuch $text: ", json_encode($seen), "\n";
     }
 }
 
+// A long message is formatted as a short one is, and no width makes it much longer.
+$seen = outcome('{/dynamic}' . str_repeat('%s%n%*d|%%|%y|%2000000000d|100%;|', 300_000));
+var_dump($seen === [null, 'Unexpected closing dynamic tag in {/dynamic}' . str_repeat('%s%n%*d|%|%y|%2000000000d|100%;|', 300_000)]);
+var_dump(strlen(outcome('{/dynamic}' . str_repeat('%99y|', 10_000))[1]) < 200_000);
 // An absurd width is no reason to write a gigabyte of blanks.
 foreach (['%2000000000;', '%.2000000000;', '%99999999999999999999;', '%-2000000000%'] as $text) {
     $message = outcome("nosuch $text", [], false)[1];
@@ -77,6 +49,8 @@ echo json_encode(outcome("a\0b{/dynamic}")), "\n";
 ?>
 --EXPECT--
 text: as expected
+bool(true)
+bool(true)
 true true
 true true
 true true

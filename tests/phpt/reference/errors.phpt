@@ -6,57 +6,31 @@ template
 <?php
 require __DIR__ . '/../helper.inc';
 
-$quoted = fn (string $argument, string $what) => "Bad formated parameter'$argument': too many $what in <FILE>";
-$plain = fn (string $what) => "Bad formated parameter: $what in <FILE>";
-
-$errors = [
-    // an empty part
-    'a::' => $quoted('a::', ':'),
-    '::a' => $quoted('::a', ':'),
-    '::' => $quoted('::', ':'),
-    ':::' => $quoted(':::', ':'),
-    '::::' => $quoted('::::', ':'),
-    'a:::b' => $quoted('a:::b', ':'),
-    'a::::b' => $quoted('a::::b', ':'),
-    'a::b::' => $quoted('a::b::', ':'),
-    '::*' => $quoted('::*', ':'),
-    '::[*]' => $quoted('::[*]', ':'),
-    '::a::*' => $quoted('::a::*', ':'),
-    '*::' => $quoted('*::', ':'),
-    '[*]::' => $quoted('[*]::', ':'),
-    // a second star, before the leftmost part and as the leftmost part
-    'a::*::*' => $quoted('a::*::*', '*'),
-    'a::*::x::*' => $quoted('a::*::x::*', '*'),
-    'a::[*]::[*]' => $quoted('a::[*]::[*]', '*'),
-    'a::*::[*]' => $quoted('a::*::[*]', '*'),
-    'a::[*]::*' => $quoted('a::[*]::*', '*'),
-    '::*::*' => $quoted('::*::*', '*'),
-    '*::*' => $plain('too many *'),
-    '.*::*' => $plain('too many *'),
-    '[*]::*' => $plain('too many *'),
-    '*::[*]' => $plain('too many *'),
-    '[*]::[*]' => $plain('too many *'),
-    '*::x::*' => $plain('too many *'),
-    // a second name left of the star
-    'x::y::*' => $plain('too many namespaces'),
-    'x::y::[*]' => $plain('too many namespaces'),
-    'x::y::*::z' => $plain('too many namespaces'),
-    'x::.*::*' => $plain('too many namespaces'),
-    'x::y::z::*' => $quoted('x::y::z::*', 'namespaces'),
-    '::x::y::*' => $quoted('::x::y::*', 'namespaces'),
-    '*::y::z::*' => $quoted('*::y::z::*', 'namespaces'),
-    // a key with a path behind it
-    'row::[*]::a' => $plain('[*] must be last'),
-    '[*]::a' => $plain('[*] must be last'),
-    'x::y::[*]::a' => $plain('[*] must be last'),
+// The message quotes the reference when the fault is met on the way from the right to the left, and
+// does not when the leftmost part brings it up. What stands further left is never looked at.
+$quoted = [
+    ':' => ['a::', '::a', '::', ':::', '::::', 'a:::b', 'a::::b', 'a::b::', '::*', '::[*]', '::a::*', '*::', '[*]::',
+        'too::many::*::stars::*::a::'],
+    '*' => ['a::*::*', 'a::*::x::*', 'a::[*]::[*]', 'a::*::[*]', 'a::[*]::*', '::*::*'],
+    'namespaces' => ['x::y::z::*', '::x::y::*', '*::y::z::*'],
 ];
-
-// Where the right-hand parts decide, what stands further left is never looked at.
-$errors['too::many::*::stars::*::a::'] = $quoted('too::many::*::stars::*::a::', ':');
-$errors['*::*::[*]::a'] = $plain('[*] must be last');
+$plain = [
+    'too many *' => ['*::*', '.*::*', '[*]::*', '*::[*]', '[*]::[*]', '*::x::*'],
+    'too many namespaces' => ['x::y::*', 'x::y::[*]', 'x::y::*::z', 'x::.*::*'],
+    '[*] must be last' => ['row::[*]::a', '[*]::a', 'x::y::[*]::a', '*::*::[*]::a'],
+];
+$messages = [];
+foreach ($quoted as $what => $references) {
+    foreach ($references as $reference) {
+        $messages[$reference] = "Bad formated parameter'$reference': too many $what in <FILE>";
+    }
+}
+foreach ($plain as $what => $references) {
+    $messages += array_fill_keys($references, "Bad formated parameter: $what in <FILE>");
+}
 
 $cases = [];
-foreach ($errors as $reference => $message) {
+foreach ($messages as $reference => $message) {
     foreach (['{%s}', '{rawurlencode %s}', '{optional %s}{/optional}', '{!optional %s v}{/optional}',
         '{dynamic %s}{/dynamic}', '{rdynamic name,%s}{/rdynamic}', '{include %s}'] as $tag) {
         $template = sprintf($tag, $reference);

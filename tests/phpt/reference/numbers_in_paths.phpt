@@ -6,33 +6,19 @@ template
 <?php
 require __DIR__ . '/../helper.inc';
 
-$list = [
-    0 => 'zero', 5 => 'five', -1 => 'minus one', 8 => 'eight',
-    PHP_INT_MAX => 'max', PHP_INT_MIN => 'min',
-    '05' => 'text 05', '0x5' => 'text 0x5', '+5' => 'text +5', '5.0' => 'text 5.0', '010' => 'text 010',
-    '' => 'empty', '-0' => 'text -0', '1e1' => 'text 1e1', '5 ' => 'blank',
-    '18446744073709551616' => 'text 2^64', '99999999999999999999999' => 'text huge', "5\0" => 'nul',
-];
-$data = ['l' => $list, 0 => 'root zero', 'o' => ['p' => (object) ['0' => 'property', 'k' => 'v']],
-    'storage' => new ArrayObject(['stored'])] + $list;
+// Keys that are text to a path, and those that are numbers, with what the list has there.
+$texts = ['05' => 'text 05', '0x5' => 'text 0x5', '+5' => 'text +5', '5.0' => 'text 5.0', '-0' => 'text -0', '1e1' => 'text 1e1',
+    '18446744073709551616' => 'text 2^64', '99999999999999999999999' => 'text huge', "5\0" => 'nul'];
+$numbers = ['0' => 'zero', '5' => 'five', '9223372036854775807' => 'max', '9223372036854775808' => 'min', '18446744073709551615' => 'minus one'];
+$nothing = ['7', '00', '-1', '-9223372036854775808'];
 
-$expected = [
-    '0' => 'zero', '5' => 'five', '8' => 'eight',
-    '9223372036854775807' => 'max',
-    '9223372036854775808' => 'min',
-    '18446744073709551615' => 'minus one',
-    '-1' => null,
-    '05' => 'text 05', '0x5' => 'text 0x5', '+5' => 'text +5', '5.0' => 'text 5.0', '010' => 'text 010',
-    '-0' => 'text -0', '1e1' => 'text 1e1',
-    '18446744073709551616' => 'text 2^64', '99999999999999999999999' => 'text huge', "5\0" => 'nul',
-    '7' => null, '00' => null, '-9223372036854775808' => null,
-];
+$list = [0 => 'zero', 5 => 'five', -1 => 'minus one', PHP_INT_MAX => 'max', PHP_INT_MIN => 'min'] + $texts;
+$data = ['l' => $list, 'o' => ['p' => (object) ['0' => 'property', 'k' => 'v']], 'storage' => new ArrayObject(['stored'])] + $list;
 $cases = [];
-foreach ($expected as $key => $text) {
-    $cases["in a list: $key"] = ["{l::$key 'none'}", $data, $text ?? 'none'];
+foreach ($texts + $numbers + array_fill_keys($nothing, 'none') as $key => $text) {
+    $cases["in a list: $key"] = ["{l::$key 'none'}", $data, $text];
     // At the root a number is never found, a text is.
-    $isIndex = preg_match('/^(0|[1-9][0-9]{0,19})$/D', (string) $key) && (string) $key !== '18446744073709551616';
-    $cases["at the root: $key"] = ['{' . $key . " 'none'}", $data, $isIndex ? 'none' : $text ?? 'none'];
+    $cases["at the root: $key"] = ['{' . $key . " 'none'}", $data, $texts[$key] ?? 'none'];
 }
 check_as_text($cases);
 
