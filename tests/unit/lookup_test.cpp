@@ -158,18 +158,10 @@ TEST(Lookup, TakesTheNamedSectionOrElseTheInnermost)
     EXPECT_EQ(resolve("r", {}, true, nullptr), "(none)");
 }
 
-TEST(ValueText, IsWhatPhpMakesOfTheValueUpToItsFirstNul)
+TEST(ValueText, ReadsASlotAsItsValue)
 {
-    runPhp("$unit = 2.50; class Printed { function __toString() { return \"p\\0q\"; } }");
-    for (const char* expression : {"'x'", "''", "null", "true", "false", "0", "-5", "PHP_INT_MIN",
-             "1.0", "0.1 + 0.2", "-0.0", "1e100", "NAN", "[]", "new Printed", "\"a\\0b\"", "$unit"}) {
-        Value value(expression), expected("explode(\"\\0\", (string) (" + std::string(expression) + "))[0]");
-        EngineCall call;
-        EXPECT_EQ(ValueText(call, value.get()).view(), expected.text()) << expression;
-    }
     EngineCall call;
-    Value reference("[&$unit]"), object("new Declared");
-    EXPECT_EQ(ValueText(call, zend_hash_index_find(Z_ARRVAL_P(reference.get()), 0)).view(), "2.5");
+    Value object("new Declared");
     // A declared property is met as a slot, when an object's table is iterated.
     const zval* slot = zend_hash_str_find(Z_OBJPROP_P(object.get()), "p", 1);
     ASSERT_EQ(Z_TYPE_P(slot), IS_INDIRECT);
@@ -177,45 +169,4 @@ TEST(ValueText, IsWhatPhpMakesOfTheValueUpToItsFirstNul)
     zend_unset_property(Z_OBJCE_P(object.get()), Z_OBJ_P(object.get()), "p", 1);
     EXPECT_FALSE(ValueText(call, slot).exists());
     EXPECT_FALSE(ValueText().exists());
-}
-
-TEST(Visibility, OfABooleanReadsItsPayload)
-{
-    Page page("");
-    for (const bool type : {false, true}) {
-        for (const zend_long payload : {0, 1, -3}) {
-            zval value;
-            ZVAL_LONG(&value, payload);
-            Z_TYPE_INFO(value) = type ? IS_TRUE : IS_FALSE;
-            EXPECT_EQ(page->checkIfOptionalIsVisible(&value, ""), type);
-            EXPECT_EQ(page->checkIfOptionalIsVisible(&value, "0"), payload == 0);
-            EXPECT_EQ(page->checkIfOptionalIsVisible(&value, "'0'"), payload == 0);
-            EXPECT_EQ(page->checkIfOptionalIsVisible(&value, "00"), payload != 0);
-            EXPECT_EQ(page->checkIfOptionalIsVisible(&value, "''"), payload != 0);
-        }
-    }
-    EXPECT_FALSE(page->checkIfOptionalIsVisible(nullptr, ""));
-}
-
-TEST(Visibility, ComparesTextsAndIntegers)
-{
-    Page page("");
-    const struct {
-        const char *value, *compare;
-        bool visible;
-    } cases[] = {
-        {"'x y'", "'x y'", true}, {"'x'", "x'x'x", true}, {"\"it's\"", "it's", true},
-        {"''", "''", true}, {"\"a\\0b\"", "a", true}, {"'b'", "  b", false}, {"'5'", "5", true},
-        {"5", "5", true}, {"12", "12abc", true}, {"-12", "-12", true}, {"0", "+12", true},
-        {"12", "+12", false}, {"0", "-", true}, {"0", " 5", true}, {"0", "''", true},
-        {"0", "9223372036854775808", true}, {"PHP_INT_MIN", "-9223372036854775808", true},
-        {"PHP_INT_MAX", "9223372036854775807", true}, {"5.0", "5", false}, {"null", "''", false},
-        {"[]", "Array", false}, {"new stdClass", "x", false}, {"new stdClass", "", true},
-        {"['visible' => 0, 1]", "", false}, {"['visible' => 1]", "", true}, {"[0]", "", true},
-        {"[]", "", false}, {"'0'", "", false}, {"'00'", "", true}, {"0.0", "", false},
-    };
-    for (const auto& [value, compare, visible] : cases) {
-        Value php(value);
-        EXPECT_EQ(page->checkIfOptionalIsVisible(php.get(), compare), visible) << value << " " << compare;
-    }
 }

@@ -32,11 +32,6 @@ private:
     uint32_t count_;
 };
 
-std::string shown(const std::string& message)
-{
-    return AnyArgument("?").format(disarmFormat(message), 0);
-}
-
 }
 
 TEST(DisarmFormat, FetchesNoArgumentForAnyConversion)
@@ -60,36 +55,11 @@ TEST(DisarmFormat, FetchesNoArgumentForAnyConversion)
     }
 }
 
-TEST(DisarmFormat, ShowsWhatItDisarmsAndLeavesTheRestToTheFormatter)
-{
-    const struct {
-        std::string message, shown;
-    } cases[] = {
-        {"50% off", "50% off"},
-        {"%2F %s %n %5.3f %*q", "%2F %s %n %5.3f %*q"},
-        {"%s%d%%%n", "%s%d%%n"},
-        {"%*%s", "%*%s"},
-        {"100%%", "100%"},
-        {"100%", "100"},
-        {"width:100%;", "width:100%;"},
-        {"%5%|%-5%|%05%|%5.2q|", "    %|%    |    %|   %q|"},
-        {"%l%%ly", "%%y"},
-        {"%99%", std::string(98, ' ') + "%"},
-        {"%100q", "%100q"},
-        {"%.99q%.100q", "%q%.100q"},
-        {"%.999999999%n", "%.999999999%n"},
-        {"\xc3\xa9 %\xc3\xa9", "\xc3\xa9 %\xc3\xa9"},
-    };
-    for (const auto& [message, expected] : cases) {
-        EXPECT_EQ(shown(message), expected) << message;
-    }
-}
-
 TEST(DisarmFormat, BoundsThePaddingOfAWholeMessage)
 {
     std::string message;
     for (int i = 0; i < 5000; ++i) {
         message += "%99%";
     }
-    EXPECT_LT(shown(message).size(), 64 * 1024 + message.size());
+    EXPECT_LT(AnyArgument("?").format(disarmFormat(message), 0).size(), 64 * 1024 + message.size());
 }

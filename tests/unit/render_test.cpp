@@ -1,6 +1,4 @@
-// Rendering: dispatch by type, the escaping tables, what a walk leaves behind.
-#include <random>
-
+// Rendering: dispatch by type, what a walk leaves behind.
 #include "fixture.h"
 
 namespace {
@@ -52,40 +50,6 @@ TEST(Dispatch, AppendsAndLeavesAnEmptyListAlone)
     EXPECT_EQ(out, "before a{b");
 }
 
-TEST(Escaping, IsTheEnginesOwnForEveryByteAndText)
-{
-    std::mt19937 random(1);
-    std::string list = "[";
-    for (int i = 1; i < 400; ++i) {
-        // Every byte alone, then texts in which special bytes are many.
-        std::string text(i < 256 ? 1 : random() % 40, static_cast<char>(i));
-        for (size_t at = 0; i >= 256 && at < text.size(); ++at) {
-            text[at] = random() % 2 ? "&<>'\"\\%/ "[random() % 9] : static_cast<char>(1 + random() % 255);
-        }
-        list += "rawurldecode('";
-        for (const unsigned char byte : text) {
-            char code[4];
-            snprintf(code, sizeof code, "%%%02x", byte);
-            list += code;
-        }
-        list += "'),";
-    }
-    list += "]";
-    const struct {
-        const char *tag, *call;
-    } cases[] = {
-        {"addslashes", "addslashes($text)"},
-        {"htmlentities", "htmlentities($text, ENT_COMPAT, 'ISO-8859-1')"},
-        {"htmlspecialchars", "htmlspecialchars($text, ENT_COMPAT, 'ISO-8859-1')"},
-        {"rawurlencode", "rawurlencode($text)"},
-    };
-    for (const auto& [tag, call] : cases) {
-        Page page("{dynamic list}[{" + std::string(tag) + " *}]{/dynamic}", "['list' => " + list + "]");
-        Value expected("implode(array_map(fn($text) => '['." + std::string(call) + ".']', " + list + "))");
-        EXPECT_EQ(page.render(), expected.text()) << tag;
-    }
-}
-
 TEST(Variable, LeavesTheReferenceTriedLastInItsWorkingFields)
 {
     Page page("{dynamic r,list}{missing r::*::a::b r::[*] *::c}{/dynamic}", "['list' => ['k' => 'x']]");
@@ -104,30 +68,8 @@ TEST(Variable, LeavesTheReferenceTriedLastInItsWorkingFields)
     EXPECT_FALSE(variable.isKey);
 }
 
-TEST(Variable, HearsOfAMalformedReferenceOnlyWhenItsTurnComes)
+TEST(Variable, PrintsItsDefaultWithoutAnyReference)
 {
-    const std::string source = "{dynamic r,list}{r::*::a ::}{/dynamic}";
-    EXPECT_EQ(Page(source, "['list' => [['a' => ''], ['a' => 1]]]").render(), "1");
-    EXPECT_EQ(outcome([&] { return Page(source, "['list' => [['a' => 1], ['b' => 1]]]").render(); }),
-        "Bad formated parameter'::': too many : in " + source);
-}
-
-TEST(Variable, TakesTheFirstValueThenTheDefault)
-{
-    const char* data = "['list' => [['a' => null], ['b' => 'b'], []], 's' => 's']";
-    const struct {
-        const char *tag, *result;
-    } cases[] = {
-        {"{r::*::a r::*::b 'd'}", "|b|d|"},
-        {"{r::*::a r::*::b}", "|b||"},
-        {"{r::*::a s r::*::b 'd'}", "|s|s|"},
-        {"{q::*::a q::[*] 'd'}", "d|d|d|"},
-        {"{missing::a [*]}", "0|1|2|"},
-    };
-    for (const auto& [tag, result] : cases) {
-        Page page("{dynamic r,list}" + std::string(tag) + "|{/dynamic}", data);
-        EXPECT_EQ(page.render(), result) << tag;
-    }
     Page empty("");
     MultiVariableBlock block({}, "default", "");
     std::string out;
@@ -145,21 +87,4 @@ TEST(Dynamic, PublishesKeysAndElementsInOrder)
     EXPECT_EQ(section.currentKey, std::string("n\0l", 3));
     EXPECT_EQ(Z_LVAL_P(section.currentData), 4);
     EXPECT_EQ(page->getResult(), "a=1 5=2 18446744073709551615=3 n=4 n184467440737095516155a");
-}
-
-TEST(Dynamic, IteratesNumWhateverItIs)
-{
-    runPhp("$unit = [1];");
-    Page page("{dynamic r,rows}{dynamic r::*}{*}{/dynamic}|{/dynamic}", R"(['rows' => [
-        ['num' => ['x', 'y']], ['num' => (object) ['p' => 'q']], ['num' => 5], ['num' => &$unit], ['z'], 'text']])");
-    EXPECT_EQ(page.render(), "xy|q|||z||");
-}
-
-TEST(Sections, ResolveNothingWhereNoneIsOpen)
-{
-    for (const char* source : {"{*}", "{[*]}", "{addslashes *}", "{optional *}x{/optional}",
-             "{!optional *}x{/optional}", "{!optional [*] 0}x{/optional}", "{dynamic r::*}x{/dynamic}",
-             "{dynamic r,list}{!optional q::*}x{/optional}{/dynamic}"}) {
-        EXPECT_EQ(Page(source, "['list' => [1]]").render(), "") << source;
-    }
 }

@@ -11,11 +11,12 @@ $formatted = [
     '100%%' => '100%', '%%d' => '%d', '%%%%s' => '%%s', 'width:100%;' => 'width:100%;', '%y' => '%y', '% y' => '%y',
     '%-+#y' => '%y', '%lq' => '%q', '%hhq' => '%q', '%!' => '%!', "%\u{e9}" => "%\u{e9}", '%:%;' => '%:%;', '% %' => '%',
     '%%%s%%' => '%%s%', '% %s' => '%s', '%%%n' => '%%n', '%*%%' => '%*%',
+    '%5%|%-5%|%05%|%5.2q|' => '    %|%    |    %|   %q|', '%l%%ly' => '%%y', '%99%' => str_repeat(' ', 98) . '%', '%.99q%.100q' => '%q%.100q',
 ];
 $dropped = ['a%' => 'a', 'a%-' => 'a', 'a%l' => 'a'];
 // What needs an argument stays as it was written.
 $written = ['50% off', '%2F', 'a%sb', '%s%s%s%s%s%s%s%s', '%d %i %u %o %x %X', '%c %f %F %e %E %g %G %H %k', '%S %Z %p', '%n',
-    '%hhn%ln%jn', '%ld %lld %zu %jd %td %Lf %hd', '%pd', '%*d', '%*y', '%.*y', '%-08.3f', '%*%s'];
+    '%hhn%ln%jn', '%ld %lld %zu %jd %td %Lf %hd', '%pd', '%*d', '%*y', '%.*y', '%-08.3f', '%*%s', '%100q'];
 
 // In string mode the text is part of the message; in file mode a part of the name.
 $texts = $formatted + array_combine($written, $written);
