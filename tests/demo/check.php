@@ -36,13 +36,17 @@ check('its output is the one that is shown', differences(
     run(php('examples/first/menu.php'))
 ));
 
-$databases = ['the machine' => "$scratch/status", 'a hostile database' => 'tests/demo/hostile.status'];
-foreach ($databases as $name => $database) {
+// With a section that is large enough to have rankings.
+$sized = array_map(fn (int $number) => "\nPackage: sized-$number\nSection: sized\nInstalled-Size: " . $number ** 3 . "\n", range(1, 12));
+file_put_contents("$scratch/hostile", file_get_contents('tests/demo/hostile.status') . implode($sized));
+
+foreach (['the machine' => "$scratch/status", 'a hostile database' => "$scratch/hostile"] as $name => $database) {
     $folder = "$scratch/$name";
     [$status, $output, $complaints] = render($database, $folder);
-    $site = new Site($folder, $database);
-    $packages = $site->packages;
-    printf("-- %s: %d packages on %d pages\n", $name, count($packages), count($site->pages));
+    $site = new Site($folder);
+    preg_match_all('/^Package: *(.*)$/m', file_get_contents($database), $packages);
+    sort($packages[1]);
+    printf("-- %s: %d packages on %d pages\n", $name, count($packages[1]), count($site->pages));
 
     preg_match('/^.*(?:warning|notice|deprecated|error).*$/mi', "$output$complaints", $complaint);
     check('renders without a complaint', differences([0, []], [$status, $complaint]));
@@ -53,18 +57,15 @@ foreach ($databases as $name => $database) {
     check('every page is valid HTML', $site->invalid());
     check('holds no markup but that of the templates', $site->foreign());
     check('every link leads somewhere', $site->brokenLinks());
-    check('every package is on one page, that of its section, with its size and its whole description',
-        differences(expected_entries($packages), shown_entries($site)));
-    check('the index has the counts and sizes of the database',
-        differences(expected_index($packages), shown_index($site)));
-    check('there is one mail to each maintainer, with all of their packages',
-        differences(expected_mails($packages), shown_mails($site)));
-    if ($name === 'the machine') {
-        check('every package shows what it needs', differences(expected_needs($packages), shown_needs($site)));
-        check('the largest come first in one list, the smallest in the other',
-            differences(expected_rankings($packages), shown_rankings($site)));
-    }
+    check('every package has an entry', differences($packages[1], $site->packages()));
 }
+
+// After a change of the templates: UPDATE=1 ./dev test demo, and read the difference.
+if (getenv('UPDATE')) {
+    file_put_contents('tests/demo/hostile.txt', $site->text());
+}
+check('what can be read on the pages and in the mails is what was recorded',
+    differences(file('tests/demo/hostile.txt'), preg_split('/(?<=\n)(?=.)/s', $site->text())));
 
 echo "-- running it again\n";
 
