@@ -1,10 +1,15 @@
 // Starting the playground and the browser that looks at it.
 
 import { spawn } from 'node:child_process'
+import { readFileSync } from 'node:fs'
 import { createRequire } from 'node:module'
 import { connect, createServer } from 'node:net'
 
-const { chromium } = createRequire(process.env.PACKAGES)('playwright-core')
+const packages = createRequire(process.env.PACKAGES)
+const { chromium } = packages('playwright-core')
+
+/** The script that looks for what keeps people out: faint texts, controls without a name, wrong roles. */
+export const axe = readFileSync(packages.resolve('axe-core/axe.min.js'), 'utf8')
 
 const freePort = () => new Promise(done => {
   const server = createServer().listen(0, '127.0.0.1', () => {

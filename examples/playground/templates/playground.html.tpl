@@ -34,7 +34,7 @@
 </fieldset>
 </header>
 <ul id="complaints" class="complaints" aria-live="polite" hidden></ul>
-<pre id="text" class="shown" tabindex="0" aria-label="The result as text"></pre>
+<pre id="text" role="group" class="shown" tabindex="0" aria-label="The result as text"></pre>
 <iframe id="page" class="shown" sandbox title="The result as a page" hidden></iframe>
 </section>
 </div>
