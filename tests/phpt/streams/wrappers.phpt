@@ -83,6 +83,19 @@ Source::$read = function (Source $source) use (&$turn) {
 };
 echo 'false in between: ', json_encode(outcome('source://t', $data, false)[0] === $expected[0]), "\n";
 
+// Warnings of a wrapper's, and PHP's about a wrapper that can do nothing but open, are no failures.
+Source::$read = fn (Source $source) => trigger_error('slow disk', E_USER_WARNING) ? $source->some(5000) : '';
+echo json_encode(outcome('source://t', $data, false) === [$expected[0], 'slow disk']), "\n";
+stream_wrapper_register('mute', get_class(new class () {
+    public $context;
+    public function stream_open(): bool
+    {
+        return true;
+    }
+}));
+$seen = outcome('mute://t', [], false);
+echo json_encode([$seen[0], str_ends_with(end($seen), 'Assuming EOF')]), "\n";
+
 // Exceptions: from opening, from reading, at the top level and in an include. At the top level the
 // warning that the file was not opened is raised all the same.
 $throw = fn () => throw new LogicException('from the wrapper');
@@ -118,6 +131,8 @@ true
 the end is told late: [true,["open source://t rb","close"]]
 true
 false in between: true
+true
+["",true]
 ["from the wrapper","Could not open file source://t"]["LogicException: from the wrapper"]
 ["from the wrapper",null]["LogicException: from the wrapper"]
 ["from the wrapper",null]["LogicException: from the wrapper"]
