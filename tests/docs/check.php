@@ -6,30 +6,11 @@
 
 declare(strict_types=1);
 
+require __DIR__ . '/../phpt/helper.inc';
 require __DIR__ . '/examples.php';
 require __DIR__ . '/run.php';
 require __DIR__ . '/links.php';
 require __DIR__ . '/messages.php';
-
-/** Whether a document with one fault of each kind is found to have them. */
-function finds_faults(): bool
-{
-    $fence = fn (string $info, string $block) => "```$info\n$block\n```\n";
-    $examples = [
-        'without an output' => $fence('template', 'x'),
-        'of a program' => $fence('php', "echo 'x';"),
-        'without a template' => "# \n" . $fence('data', '{}') . $fence('output', 'x'),
-        'with another output' => $fence('template', '{a}') . $fence('data', '{"a": 1}') . $fence('output', '2'),
-        'without its warning' => $fence('template', '{a}') . $fence('data', '{"a": []}') . $fence('output', 'Array'),
-        'without a failure' => $fence('template', 'x') . $fence('warning', 'x'),
-        'of anything' => $fence('template', 'x') . $fence('output', '…'),
-    ];
-    $missed = array_filter($examples, fn (string $text) => array_filter([...examples_in($text)], fault_of(...)) === []);
-    foreach (array_keys($missed) as $kind) {
-        echo "an example $kind is not found\n";
-    }
-    return $missed === [] && link_fault('README.md', 'nosuch.md') !== null && link_fault('README.md', '#nosuch') !== null;
-}
 
 $passed = 0;
 $skipped = 0;
@@ -60,7 +41,6 @@ foreach (glob('{*.md,docs/*.md,{bench,editors,examples}/README.md,{editors,examp
 foreach (messages_of_the_extension() as $message) {
     is_shown($message, 'docs/messages.md') ? $passed++ : $faults[] = "docs/messages.md: no example shows \"$message\"";
 }
-finds_faults() ? $passed++ : $faults[] = 'tests/docs: not every fault is found';
 if ($passed < 100) {
     $faults[] = 'hardly any examples were found';
 }

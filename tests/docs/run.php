@@ -15,7 +15,7 @@ function fault_of(Example $example): ?string
     if (in_array('…', [$example->output, $example->warning], true)) {
         return 'what it shows is anything';
     }
-    [$output, $warning] = in_folder_with($example->files, fn () => $example->isProgram() ? run_program($example->main) : run_template($example));
+    [$output, $warning] = in_folder_of($example->files, fn () => $example->isProgram() ? run_program($example->main) : run_template($example));
     foreach (['output' => $output, 'warning' => $warning] as $kind => $seen) {
         if (!agrees($example->$kind, $seen)) {
             return "its $kind is not what it shows\n    shown: " . shown($example->$kind) . "\n    seen:  " . shown($seen);
@@ -78,7 +78,7 @@ function shown(?string $text): string
 }
 
 /** Calls a function where these files are, and nothing else. */
-function in_folder_with(array $files, callable $function): mixed
+function in_folder_of(array $files, callable $function): mixed
 {
     $home = getcwd();
     $folder = sys_get_temp_dir() . '/docs-' . getmypid();
@@ -94,12 +94,4 @@ function in_folder_with(array $files, callable $function): mixed
         chdir($home);
         remove_folder($folder);
     }
-}
-
-function remove_folder(string $folder): void
-{
-    foreach (array_diff(scandir($folder), ['.', '..']) as $name) {
-        is_dir("$folder/$name") && !is_link("$folder/$name") ? remove_folder("$folder/$name") : unlink("$folder/$name");
-    }
-    rmdir($folder);
 }

@@ -10,45 +10,15 @@
 
 declare(strict_types=1);
 
-require_once __DIR__ . '/reference_template.php';
-require_once __DIR__ . '/random_cases.php';
-
-/** Everything that a caller sees: the result or exception, then the messages in order. */
-function seen(callable $call): array
-{
-    $messages = [];
-    set_error_handler(function (int $level, string $message) use (&$messages): bool {
-        $messages[] = $message;
-        return true;
-    });
-    try {
-        $result = $call();
-        if ($result instanceof TemplateFailure) {
-            $messages[] = upToNul($result->getMessage());
-            $result = null;
-        }
-    } catch (Throwable $thrown) {
-        $result = get_class($thrown) . ': ' . $thrown->getMessage();
-    } finally {
-        restore_error_handler();
-    }
-    return [$result, ...$messages];
-}
-
-function readable(mixed $value): string
-{
-    return addcslashes(var_export($value, true), "\0..\11\13..\37\177..\377");
-}
+require __DIR__ . '/../phpt/helper.inc';
+require __DIR__ . '/reference_template.php';
+require __DIR__ . '/random_cases.php';
 
 $cases = (int) ($argv[1] ?? 5000);
 $seed = (int) ($argv[2] ?? 1);
 error_reporting(E_ALL);
 
-$folder = tempnam(sys_get_temp_dir(), 'model');
-unlink($folder);
-mkdir($folder);
-chdir($folder);
-
+in_folder_with([]);
 $kinds = ['nothing' => 0, 'text' => 0, 'warning' => 0];
 $failed = 0;
 for ($number = $seed; $number < $seed + $cases; $number++) {
@@ -62,18 +32,17 @@ for ($number = $seed; $number < $seed + $cases; $number++) {
     }
     $name = $isText ? $template : 'main.tpl';
     $expected = seen(fn () => ReferenceTemplate::outcome($name, $data, $isText));
-    $actual = seen(fn () => template($name, $data, $isText));
+    if ($expected[0] instanceof TemplateFailure) {
+        $expected = [null, ...array_slice($expected, 1), upToNul($expected[0]->getMessage())];
+    }
+    $actual = outcome($name, $data, $isText);
     $kinds[$expected[0] === null ? 'warning' : ($expected[0] === '' ? 'nothing' : 'text')]++;
     if ($actual !== $expected && ++$failed <= 3) {
-        echo "case $number differs\n", readable(['template' => $template] + ($isText ? [] : ['isText' => false])), "\n";
-        echo 'files ', readable($files), "\ndata ", readable($data), "\n";
-        echo 'expected ', readable($expected), "\nsaw ", readable($actual), "\n\n";
+        echo "case $number differs\n", printable(['template' => $template] + ($isText ? [] : ['isText' => false])), "\n";
+        echo 'files ', printable($files), "\ndata ", printable($data), "\n";
+        echo 'expected ', printable($expected), "\nsaw ", printable($actual), "\n\n";
     }
 }
-
-array_map('unlink', glob('*'));
-chdir('..');
-rmdir($folder);
 
 // A comparison of empty texts or of failures alone would show little.
 foreach ($kinds as $kind => $count) {

@@ -28,32 +28,18 @@ $data = [
 ];
 
 check([
-    'of the outer element' => ['{dynamic r,rows}{r::*::name}[{dynamic c,r::*::children}{r::[*]}.{c::[*]}={c::*::n},{/dynamic}]{/dynamic}', $data,
-        'A[one.x=1,one.y=2,]B[]C[]D[]E[five.z=3,]'],
     'without names' => ['{dynamic rows}{*::name}[{dynamic *::children}{[*]}={*::n},{/dynamic}]{/dynamic}', $data,
         'A[x=1,y=2,]B[]C[]D[]E[z=3,]'],
-    'both reversed' => ['{rdynamic r,rows}{r::*::name}[{rdynamic r::*::children}{[*]}{/rdynamic}]{/rdynamic}', $data,
-        'E[z]D[]C[]B[]A[yx]'],
     'a longer path' => ['{dynamic r,rows}{dynamic r::*::deep::list}{*}{/dynamic}{/dynamic}', $data, 'd'],
     'the element itself' => ['{dynamic matrix}{dynamic *}{*}{/dynamic};{/dynamic}', $data, '12;34;'],
-    'the element itself, by name' => ['{dynamic m,matrix}{dynamic c,m::*}{m::[*]}{c::[*]}{c::*} {/dynamic}{/dynamic}', $data, '001 012 103 114 '],
-    'the outer element again' => ['{dynamic m,matrix}{dynamic m::*}{dynamic m::*}{*}{/dynamic},{/dynamic};{/dynamic}', $data, '12,12,;34,34,;'],
-    'a constant in each element' => ['{dynamic r,rows}{dynamic c,colours}{r::*::name}{c::*} {/dynamic}{/dynamic}', $data,
-        'Ared Ablue Bred Bblue Cred Cblue Dred Dblue Ered Eblue '],
-    'one array in itself' => ['{dynamic a,colours}{rdynamic b,colours}{a::*}-{b::*} {/rdynamic}{/dynamic}', $data,
-        'red-blue red-red blue-blue blue-red '],
     'after the inner section the outer goes on' => ['{dynamic r,matrix}{dynamic *}{*}{/dynamic}{[*]}{r::*::0};{/dynamic}', $data, '1201;3413;'],
     'inner references end with the inner section' => ['{dynamic r,matrix}{dynamic c,*}{/dynamic}{c::*}{c::[*]}{/dynamic}.', $data, '.'],
 
     'relative outside of any section' => ['[{dynamic r,*::items}no{/dynamic}{dynamic *}no{/dynamic}{rdynamic r::*}no{/rdynamic}]', $data, '[]'],
-    'no such section' => ['[{dynamic r,matrix}{dynamic other::*}no{/dynamic}{dynamic other::*::x}no{/dynamic}{/dynamic}]', $data, '[]'],
     'itself' => ['{dynamic r,r::*}no{/dynamic}.', $data, '.'],
-    'a sibling' => ['{dynamic a,matrix}{/dynamic}{dynamic b,matrix}{dynamic a::*}no{/dynamic}{/dynamic}.', $data, '.'],
 
     'num of an element' => ['{dynamic n,nums}[{dynamic i,*::items}{[*]}={i::*};{/dynamic}]{/dynamic}', $data,
         '[0=a;1=b;][][][x=yes;][p=property;q=another;7=numeric;][][]'],
-    'num of an element, reversed' => ['{dynamic n,nums}[{rdynamic i,n::*::items}{[*]}{/rdynamic}]{/dynamic}', $data,
-        '[10][][][x][7qp][][]'],
     'num of the element itself' => ['{dynamic r,list}{dynamic *}{*}{/dynamic}{/dynamic}', ['list' => [['num' => [1, 2], 3], [4]]], '124'],
     'a condition in a property' => ['{dynamic n,nums}{dynamic i,*::items}{optional [*] q}{*}{/optional}{optional * numeric}{[*]}{/optional}{/dynamic}{/dynamic}',
         $data, 'another7'],
