@@ -235,10 +235,18 @@ private:
     EngineCall& call_;
 };
 
-// One level of nesting (a section's body, an included file) in either phase.
+// One level of nesting: a section's body or an included file, in either phase,
+// or a call as a whole, which user code can make inside of another.
 class NestingLevel final {
 public:
-    NestingLevel() : counted_(!stackLimit()) { depth_ += counted_; }
+    // Calls count for more than the levels inside of them, as they take more of
+    // the stack, PHP's own share included.
+    enum Weight : unsigned { NONE = 0, INNER = 1, CALL = 16 };
+
+    explicit NestingLevel(Weight weight = INNER) : counted_(stackLimit() ? NONE : weight)
+    {
+        depth_ += counted_;
+    }
     NestingLevel(const NestingLevel&) = delete;
     NestingLevel& operator=(const NestingLevel&) = delete;
     ~NestingLevel() { depth_ -= counted_; }
@@ -246,7 +254,13 @@ public:
     // The engine's own stack limit decides, where it knows one.
     bool tooDeep() const
     {
-        return counted_ ? depth_ > DEPTH_WITHOUT_STACK_LIMIT : stackOverflowed();
+        return counted_ != NONE ? depth_ > DEPTH_WITHOUT_STACK_LIMIT : stackOverflowed();
+    }
+
+    // A call that was made while another was being told that it is too deep.
+    bool beyondTooDeep() const
+    {
+        return counted_ != NONE && depth_ > DEPTH_WITHOUT_STACK_LIMIT + CALL;
     }
 
 private:
@@ -258,13 +272,13 @@ private:
     static bool stackOverflowed() { return false; }
 #endif
 
-    // Of all calls together, because user code can call template() inside of
-    // one. Fits a stack of a megabyte.
+    // Of all calls together. Fits a stack of a megabyte.
     static constexpr unsigned DEPTH_WITHOUT_STACK_LIMIT = 1024;
     static inline unsigned depth_ = 0;
 
-    // Whether there was no limit; a fiber has one even if its program has none.
-    bool counted_;
+    // NONE when the engine has a limit; a fiber has one even if its program has
+    // none.
+    const Weight counted_;
 };
 
 // Keeps an array, or the properties of an object, alive and unchanged while they

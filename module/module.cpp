@@ -5,6 +5,7 @@
 
 #include "module/message.h"
 #include "module/php_interface.h"
+#include "template/error.h"
 #include "template/template.h"
 
 namespace {
@@ -14,6 +15,8 @@ struct Arguments {
     std::string_view fileName;
     zval* userData;
     bool stringMode;
+    // Calls have been made inside of each other without end.
+    bool tooDeep = false;
 };
 
 enum class Ending {
@@ -48,6 +51,9 @@ std::string renderOrFail(const Arguments& arguments, PHPInterface& phpInterface,
     try {
         if (!arguments.valid) {
             throw std::runtime_error("Error while parsing parameters");
+        }
+        if (arguments.tooDeep) {
+            throwError("Template nesting is too deep in ", arguments.fileName);
         }
         result = render(arguments, phpInterface, started);
         // Closing the template's stream may have run user code.
@@ -102,6 +108,29 @@ void raiseWarning(void* message)
 }
 #pragma GCC diagnostic pop
 
+Ending callAndWarn(Arguments arguments, zend_string** result)
+{
+    const NestingLevel level(NestingLevel::CALL);
+    if (UNEXPECTED(level.beyondTooDeep())) {
+        // Another warning would call its handler again, and so on without end.
+        zend_throw_error(nullptr, "Maximum call stack size reached. Infinite recursion?");
+        return Ending::RETURNED;
+    }
+    arguments.tooDeep = level.tooDeep();
+    zend_string* warning = nullptr;
+    Ending ending = call(arguments, result, &warning);
+    // The warning may run user code that ends the request, so it is raised here,
+    // where nothing is left to destroy.
+    if (warning != nullptr) {
+        if (ending == Ending::RETURNED && !EngineCall::outOfMemory()
+            && !runGuarded(raiseWarning, ZSTR_VAL(warning))) {
+            ending = Ending::FATAL;
+        }
+        zend_string_release(warning);
+    }
+    return ending;
+}
+
 }
 
 extern "C" {
@@ -121,22 +150,11 @@ ZEND_FUNCTION(template)
     const bool valid = zend_parse_parameters(ZEND_NUM_ARGS(), "sa|b", &fileName, &length,
                            &userData, &stringMode)
         == SUCCESS;
-
     zend_string* result = nullptr;
-    zend_string* warning = nullptr;
-    Ending ending = call({valid, valid ? std::string_view(fileName, length) : std::string_view(),
-                             userData, stringMode},
-        &result, &warning);
-    // The warning may run user code that ends the request, so it is raised here,
-    // where nothing is left to destroy.
-    if (warning != nullptr) {
-        if (ending == Ending::RETURNED && !EngineCall::outOfMemory()
-            && !runGuarded(raiseWarning, ZSTR_VAL(warning))) {
-            ending = Ending::FATAL;
-        }
-        zend_string_release(warning);
-    }
-    if (ending == Ending::FATAL) {
+    if (callAndWarn({valid, valid ? std::string_view(fileName, length) : std::string_view(),
+                        userData, stringMode},
+            &result)
+        == Ending::FATAL) {
         zend_bailout();
     }
     if (result == nullptr) {
