@@ -12,7 +12,9 @@
 namespace {
 
 constexpr size_t CHUNK_SIZE = 4092;
-// Of a file that does not fit into the first chunk.
+// Of an ordinary file, where nobody sees how much is asked for: most templates
+// fit into the first chunk, the others are long.
+constexpr size_t FIRST_FILE_CHUNK_SIZE = 2 * CHUNK_SIZE;
 constexpr size_t LARGE_CHUNK_SIZE = 8 * CHUNK_SIZE;
 // What a file says of its size is no promise.
 constexpr size_t LARGEST_EXPECTED_FILE = 1024 * 1024;
@@ -22,23 +24,28 @@ constexpr size_t LARGEST_EXPECTED_FILE = 1024 * 1024;
 const char* findBrace(const char* from, const char* end)
 {
 #ifdef __SSE2__
-    const auto braces = [](const char* block) {
-        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block));
-        return _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('{')),
-            _mm_cmpeq_epi8(bytes, _mm_set1_epi8('}')));
+    const auto load = [](const char* block) {
+        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(block));
     };
     const auto maskOf = [](__m128i found) {
         return static_cast<unsigned>(_mm_movemask_epi8(found));
     };
-    // Long stretches without a brace are passed four blocks at a time.
+    // Of ASCII hardly anything but braces lies behind the letters: long stretches
+    // are passed four blocks at a time, with a single comparison for each.
+    const auto mayHoldBrace = [&](const char* block) {
+        return _mm_cmpgt_epi8(load(block), _mm_set1_epi8('{' - 1));
+    };
     while (end - from >= 64
-        && maskOf(_mm_or_si128(_mm_or_si128(braces(from), braces(from + 16)),
-               _mm_or_si128(braces(from + 32), braces(from + 48))))
+        && maskOf(_mm_or_si128(_mm_or_si128(mayHoldBrace(from), mayHoldBrace(from + 16)),
+               _mm_or_si128(mayHoldBrace(from + 32), mayHoldBrace(from + 48))))
             == 0) {
         from += 64;
     }
     for (; end - from >= 16; from += 16) {
-        if (const unsigned mask = maskOf(braces(from))) {
+        const __m128i block = load(from);
+        const unsigned mask = maskOf(_mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('{')),
+            _mm_cmpeq_epi8(block, _mm_set1_epi8('}'))));
+        if (mask != 0) {
             return from + std::countr_zero(mask);
         }
     }
@@ -87,6 +94,21 @@ Input::~Input()
     if (stream != nullptr && !call_.fatal()) {
         call_.attempt([&] { php_stream_free(stream, PHP_STREAM_FREE_CLOSE); });
     }
+}
+
+std::string_view Input::readTag(std::string& storage)
+{
+    if (refill()) {
+        const char* const begin = buffer.data() + position;
+        const char* const end = buffer.data() + buffer.size();
+        const char* const brace = findBrace(begin, end);
+        if (brace != end && *brace == '}') {
+            position = brace + 1 - buffer.data();
+            return {begin, brace};
+        }
+    }
+    fillBufferTillMark(storage, '}');
+    return storage;
 }
 
 bool Input::fillBufferTillMark(std::string& out, char mark)
@@ -176,20 +198,28 @@ bool Input::fetchStream()
         buffer.clear();
         return false;
     }
-    if (plainFile_ && std::exchange(started_, true)) {
+    if (!plainFile_) {
+        readChunk<CHUNK_SIZE>();
+    } else if (!std::exchange(started_, true)) {
+        readChunk<FIRST_FILE_CHUNK_SIZE>();
+    } else {
         if (charged_ == 0) {
             call_.charge(LARGE_CHUNK_SIZE);
             charged_ = LARGE_CHUNK_SIZE;
         }
         buffer.resize(LARGE_CHUNK_SIZE);
         buffer.resize(read(buffer.data(), LARGE_CHUNK_SIZE));
-    } else {
-        // Not into the buffer, which would be filled with zeros first: many files
-        // are shorter than that takes.
-        char chunk[CHUNK_SIZE];
-        buffer.assign(chunk, chunk + read(chunk, CHUNK_SIZE));
     }
     return true;
+}
+
+// Not into the buffer, which would be filled with zeros first: many files are
+// shorter than that takes.
+template <size_t SIZE>
+void Input::readChunk()
+{
+    char chunk[SIZE];
+    buffer.assign(chunk, chunk + read(chunk, SIZE));
 }
 
 // How much was read; what cannot be read is nothing.
@@ -210,15 +240,26 @@ size_t Input::expectedSize()
     if (stringMode) {
         return buffer.size();
     }
-    php_stream_statbuf status{};
-    if (plainFile_) {
-        call_.run([&] { php_stream_stat(stream, &status); });
+    if (!plainFile_) {
+        return CHUNK_SIZE;
     }
-    return std::clamp<zend_off_t>(status.sb.st_size, CHUNK_SIZE, LARGEST_EXPECTED_FILE);
+    if (!started_) {
+        fetchStream();
+    }
+    if (buffer.size() < FIRST_FILE_CHUNK_SIZE) {
+        return buffer.size();
+    }
+    php_stream_statbuf status{};
+    call_.run([&] { php_stream_stat(stream, &status); });
+    return std::clamp<zend_off_t>(status.sb.st_size, buffer.size(), LARGEST_EXPECTED_FILE);
 }
 
 bool Input::atEndOfStream()
 {
+    // Nobody but a read() changes this of an ordinary file.
+    if (plainFile_) {
+        return stream->eof;
+    }
     bool atEnd = false;
     call_.run([&] { atEnd = php_stream_eof(stream); });
     return atEnd;

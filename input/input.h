@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "module/engine.h"
@@ -26,6 +27,11 @@ public:
     // the end of the input.
     bool fillBufferTillMark(std::string& out, char mark);
 
+    // The content of the tag that the input is in, which its closing brace or the
+    // end of the input ends: fillBufferTillMark('}') mostly without a copy. The
+    // view points into the buffer, until the next read, or into `storage`.
+    std::string_view readTag(std::string& storage);
+
     // Replaces the buffer, which must be used up, with the next chunk of input.
     // False when there is no more.
     bool fetchStream();
@@ -33,7 +39,8 @@ public:
     // Nothing is left to read.
     bool exhausted();
 
-    // How much text is likely to come, from what can be known beforehand.
+    // How much text is likely to come, from what can be known beforehand. May
+    // read the first chunk.
     size_t expectedSize();
 
     bool stringMode;
@@ -50,6 +57,8 @@ private:
     AfterOpen resolveOpenBrace(std::string& out);
     void swallowRest(std::string& out);
     bool atEndOfStream();
+    template <size_t SIZE>
+    void readChunk();
     size_t read(char* to, size_t size);
 
     EngineCall& call_;

@@ -47,6 +47,35 @@ private:
     zend_string* string_ = nullptr;
 };
 
+// Copies up to SHORT_TEXT bytes and returns the end of the copy: most pieces of a
+// page are short, and calling memcpy() for each costs more than the copying.
+constexpr size_t SHORT_TEXT = 32;
+inline char* copyShort(std::string_view piece, char* to)
+{
+    const char* from = piece.data();
+    const size_t size = piece.size();
+    // The two halves may overlap: both are read before either is written.
+    const auto copyHalves = [&](auto half) {
+        auto last = half;
+        std::memcpy(&half, from, sizeof half);
+        std::memcpy(&last, from + size - sizeof last, sizeof last);
+        std::memcpy(to, &half, sizeof half);
+        std::memcpy(to + size - sizeof last, &last, sizeof last);
+    };
+    if (size >= 16) {
+        copyHalves(std::array<uint64_t, 2>{});
+    } else if (size >= 8) {
+        copyHalves(uint64_t{});
+    } else if (size >= 4) {
+        copyHalves(uint32_t{});
+    } else if (size >= 2) {
+        copyHalves(uint16_t{});
+    } else if (size == 1) {
+        *to = *from;
+    }
+    return to + size;
+}
+
 // Runs `body(argument)`, which must be free of C++ objects that a longjmp would
 // skip. True when it ended, false when a fatal error (a bailout) cut it off.
 bool runGuarded(void (*body)(void*), void* argument) noexcept;
@@ -132,12 +161,13 @@ public:
     // memory limit first. `text` must have been filled through here only.
     void append(std::string& text, std::string_view piece)
     {
-        if (piece.size() > SHORT) {
-            makeRoom(text, piece.size());
-            text.append(piece);
-        } else {
-            write(text, piece.size(), [piece](char* to) { return copyShort(piece, to); });
-        }
+        write(text, piece.size(), [piece](char* to) {
+            if (piece.size() <= SHORT_TEXT) {
+                return copyShort(piece, to);
+            }
+            std::memcpy(to, piece.data(), piece.size());
+            return to + piece.size();
+        });
     }
 
     // Appends what `writer` writes, which gets the place to write to, with room
@@ -169,36 +199,6 @@ public:
     void dischargeTo(size_t before);
 
 private:
-    static constexpr size_t SHORT = 32;
-
-    // Copies up to SHORT bytes: most pieces of a page are short, and calling
-    // memcpy() for each costs more than the copying.
-    static char* copyShort(std::string_view piece, char* to)
-    {
-        const char* from = piece.data();
-        const size_t size = piece.size();
-        // The two halves may overlap: both are read before either is written.
-        const auto copyHalves = [&](auto half) {
-            auto last = half;
-            std::memcpy(&half, from, sizeof half);
-            std::memcpy(&last, from + size - sizeof last, sizeof last);
-            std::memcpy(to, &half, sizeof half);
-            std::memcpy(to + size - sizeof last, &last, sizeof last);
-        };
-        if (size >= 16) {
-            copyHalves(std::array<uint64_t, 2>{});
-        } else if (size >= 8) {
-            copyHalves(uint64_t{});
-        } else if (size >= 4) {
-            copyHalves(uint32_t{});
-        } else if (size >= 2) {
-            copyHalves(uint16_t{});
-        } else if (size == 1) {
-            *to = *from;
-        }
-        return to + size;
-    }
-
     void makeRoom(std::string& text, size_t more)
     {
         if (UNEXPECTED(text.capacity() - text.size() < more)) {

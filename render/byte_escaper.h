@@ -75,17 +75,7 @@ private:
         const char* const end = from + text.size();
 #ifdef __SSE2__
         if (fewChange_) {
-            while (end - from >= 16) {
-                const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
-                _mm_storeu_si128(reinterpret_cast<__m128i*>(to), block);
-                const unsigned mask = mayChange(block);
-                const int clean = mask == 0 ? 16 : std::countr_zero(mask);
-                from += clean;
-                to += clean;
-                if (mask != 0) {
-                    to = escapeByte(*from++, to);
-                }
-            }
+            return escapeBlocks(from, end, to);
         }
 #endif
         while (from < end) {
@@ -102,6 +92,33 @@ private:
     }
 
 #ifdef __SSE2__
+    // Sixteen bytes at a time up to the next one that may change, as long as there
+    // are so many; the last ones are looked at in a place of their own.
+    char* escapeBlocks(const char* from, const char* end, char* to) const
+    {
+        constexpr ptrdiff_t BLOCK = sizeof(__m128i);
+        char last[BLOCK] = {};
+        while (from < end) {
+            ptrdiff_t size = end - from;
+            const char* source = from;
+            if (size >= BLOCK) {
+                size = BLOCK;
+            } else {
+                copyShort({from, end}, last);
+                source = last;
+            }
+            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(to), block);
+            const ptrdiff_t clean = std::min<ptrdiff_t>(size, std::countr_zero(mayChange(block)));
+            from += clean;
+            to += clean;
+            if (clean < size) {
+                to = escapeByte(*from++, to);
+            }
+        }
+        return to;
+    }
+
     unsigned mayChange(__m128i block) const
     {
         __m128i found = _mm_and_si128(block, nonAscii_);

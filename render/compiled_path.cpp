@@ -15,19 +15,12 @@ std::optional<zend_ulong> indexOf(std::string_view key)
     return number;
 }
 
-CompiledPath::Step::Step(std::string_view key)
-{
-    if (const auto index = indexOf(key)) {
-        index_ = *index;
-        return;
-    }
-    key_ = EngineString(zend_string_init(key.data(), key.size(), true));
-    zend_string_hash_val(key_.get());
-}
-
 const zval* CompiledPath::Step::search(const HashTable* table) const
 {
-    const zval* found = zend_hash_find_known_hash(table, key_.get());
+    // What has been found once knows its hash.
+    const zval* found = foundKey_.get() != nullptr
+        ? zend_hash_find_known_hash(table, foundKey_.get())
+        : zend_hash_str_find(table, key_.data(), key_.size());
     if (found != nullptr) {
         // A bucket begins with its value.
         const auto* bucket = reinterpret_cast<const Bucket*>(found);
@@ -41,10 +34,22 @@ const zval* CompiledPath::Step::search(const HashTable* table) const
 CompiledPath::CompiledPath(PathText path)
 {
     while (!path.empty()) {
-        steps_.emplace_back(path.next());
+        add(path.next());
     }
 }
 
-CompiledPath::CompiledPath(const std::deque<std::string>& path) : steps_(path.begin(), path.end())
+CompiledPath::CompiledPath(const std::deque<std::string>& path)
 {
+    for (const std::string& key : path) {
+        add(key);
+    }
+}
+
+void CompiledPath::add(std::string_view key)
+{
+    if (!first_) {
+        first_.emplace(key);
+    } else {
+        others_.emplace_back(key);
+    }
 }

@@ -20,6 +20,7 @@ std::optional<zend_ulong> indexOf(std::string_view key);
 
 class CompiledPath final {
 public:
+    // The path's text, or the keys, must outlive the object.
     explicit CompiledPath(PathText path);
     explicit CompiledPath(const std::deque<std::string>& path);
 
@@ -27,16 +28,16 @@ public:
     // null when there is none. Same rules as Template::findVariable().
     const zval* walk(PHPInterface& phpInterface, const zval* start) const
     {
-        const zval* current = start;
-        for (const Step& step : steps_) {
+        if (!first_) {
+            return start;
+        }
+        const zval* current = first_->find(phpInterface, start);
+        for (const Step& step : others_) {
             // Every step but the first must start from an array.
-            if (&step != steps_.data() && Z_TYPE_P(current) != IS_ARRAY) {
+            if (current == nullptr || Z_TYPE_P(current) != IS_ARRAY) {
                 return nullptr;
             }
             current = step.find(phpInterface, current);
-            if (current == nullptr) {
-                return nullptr;
-            }
         }
         return current;
     }
@@ -44,12 +45,12 @@ public:
 private:
     class Step {
     public:
-        explicit Step(std::string_view key);
+        explicit Step(std::string_view key) : key_(key), index_(indexOf(key)) {}
 
         const zval* find(PHPInterface& phpInterface, const zval* from) const
         {
-            if (key_.get() == nullptr) {
-                return phpInterface.hashIndexFind(index_, from);
+            if (index_) {
+                return phpInterface.hashIndexFind(*index_, from);
             }
             if (Z_TYPE_P(from) != IS_ARRAY) {
                 return nullptr;
@@ -68,17 +69,19 @@ private:
     private:
         const zval* search(const HashTable* table) const;
 
-        // Outside the engine's allocator, so that making one cannot fail; empty
-        // for an index.
-        EngineString key_;
-        zend_ulong index_ = 0;
+        std::string_view key_;
+        std::optional<zend_ulong> index_;
         // Where the key was found last, and the engine's string that it was:
         // held, so that no other string can take its address.
         mutable EngineString foundKey_;
         mutable uint32_t place_ = UINT32_MAX;
     };
 
-    std::vector<Step> steps_;
+    void add(std::string_view key);
+
+    // Most paths have a single key.
+    std::optional<Step> first_;
+    std::vector<Step> others_;
 };
 
 #endif

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <iterator>
-#include <utility>
 
 #include "template/template.h"
 
@@ -23,14 +22,16 @@ void assignKey(std::string& key, HashTable* table, const HashPosition& position)
     key.assign(digits, std::to_chars(std::begin(digits), std::end(digits), number).ptr);
 }
 
-// Makes room for all elements when the first has been rendered, as if they were
-// all alike: a text that grows step by step is copied, and its memory is given
-// back to the system and fetched again, at each call.
+// When so many elements have been rendered, room is made for all, as if they went
+// on alike: a text that grows step by step is copied, and its memory is given back
+// to the system and fetched again, at each call.
+constexpr size_t SAMPLE = 8;
+
 void foresee(EngineCall& call, std::string& out, size_t before, size_t elements)
 {
     constexpr size_t MOST = 512 * 1024;
-    const size_t first = out.size() - before;
-    call.reserve(out, std::min(MOST, (first + first / 8) * (elements - 1)));
+    const size_t average = (out.size() - before) / SAMPLE;
+    call.reserve(out, std::min(MOST, (average + average / 8) * (elements - SAMPLE)));
 }
 
 }
@@ -46,9 +47,9 @@ void Template::_getResultDynamic(DynamicBlock& block, std::string& out, const zv
         const HeldTable held(call(), value);
         call().leaveIfAbandoned();
         if (held.table() != nullptr) {
-            dynamicStack.push_back(&block);
+            openSection(block);
             renderElements(block, out, held.table(), reversed);
-            dynamicStack.pop_back();
+            closeSection();
         }
     }
     // Letting go of the table can run destructors.
@@ -85,7 +86,7 @@ void Template::renderElements(DynamicBlock& block, std::string& out, HashTable* 
         = reversed ? zend_hash_internal_pointer_end_ex : zend_hash_internal_pointer_reset_ex;
     const auto advance = reversed ? zend_hash_move_backwards_ex : zend_hash_move_forward_ex;
     const size_t before = out.size();
-    bool foreseen = false;
+    size_t rendered = 0;
     HashPosition position = 0;
     first(table, &position);
     while (const zval* element = zend_hash_get_current_data_ex(table, &position)) {
@@ -93,7 +94,7 @@ void Template::renderElements(DynamicBlock& block, std::string& out, HashTable* 
         assignKey(block.currentKey, table, position);
         block.currentData = element;
         _getResult(block.blocks, out, element);
-        if (!std::exchange(foreseen, true)) {
+        if (++rendered == SAMPLE) {
             foresee(call(), out, before, zend_hash_num_elements(table));
         }
         advance(table, &position);

@@ -41,8 +41,24 @@ void Template::appendEscaped(const VariableBlock& block, std::string& out, const
     if (!block.sectionPath) {
         block.sectionPath.emplace(block.path);
     }
-    const ValueText text
-        = sectionText(block.namespaceName, block.isKey, *block.sectionPath, data);
+    const DynamicBlock* section = sectionOf(block.namespaceName, *block.sectionPath, data);
+    if (section == nullptr) {
+        return;
+    }
+    if (block.isKey) {
+        escaper.append(call(), out, keyText(*section));
+        return;
+    }
+    const zval* value = walkFrom(*section, block.namespaceName, *block.sectionPath, data);
+    if (value == nullptr) {
+        return;
+    }
+    // Most values are strings, and are spared the making of a ValueText.
+    if (EXPECTED(Z_TYPE_P(value) == IS_STRING)) {
+        escaper.append(call(), out, stringText(value));
+        return;
+    }
+    const ValueText text(call(), value);
     if (text.exists()) {
         escaper.append(call(), out, text.view());
     }

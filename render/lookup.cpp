@@ -51,6 +51,24 @@ const zval* Template::findRootValue(PathText path) const
     return current;
 }
 
+void Template::openSection(const DynamicBlock& section)
+{
+    dynamicStack.push_back(&section);
+}
+
+void Template::closeSection()
+{
+    const DynamicBlock* closed = dynamicStack.back();
+    dynamicStack.pop_back();
+    if (UNEXPECTED(registered_ > dynamicStack.size())) {
+        --registered_;
+        const auto found = outermost_.find(closed->name);
+        if (found != outermost_.end() && found->second == closed) {
+            outermost_.erase(found);
+        }
+    }
+}
+
 // The named section, the outermost of that name, or else the innermost one;
 // null for a name that is not open and outside of sections.
 const DynamicBlock* Template::findSection(std::string_view namespaceName) const
@@ -58,39 +76,44 @@ const DynamicBlock* Template::findSection(std::string_view namespaceName) const
     if (namespaceName.empty()) {
         return dynamicStack.empty() ? nullptr : dynamicStack.back();
     }
-    // One tag may name sections a million times, thousands of levels deep.
-    call().checkTime();
-    for (const DynamicBlock* section : dynamicStack) {
-        if (section->name == namespaceName) {
-            return section;
+    // Few sections are compared faster than looked up.
+    constexpr size_t FEW = 16;
+    if (EXPECTED(dynamicStack.size() <= FEW)) {
+        for (const DynamicBlock* section : dynamicStack) {
+            if (section->name == namespaceName) {
+                return section;
+            }
         }
+        return nullptr;
     }
-    return nullptr;
-}
-
-ValueText Template::sectionText(std::string_view namespaceName, bool isKey, SectionPath& path,
-    const zval* data) const
-{
-    const DynamicBlock* section = sectionOf(namespaceName, path, data);
-    if (section == nullptr) {
-        return ValueText();
+    for (; registered_ < dynamicStack.size(); ++registered_) {
+        const DynamicBlock* section = dynamicStack[registered_];
+        outermost_.try_emplace(section->name, section);
     }
-    if (isKey) {
-        return ValueText(keyText(*section));
-    }
-    const zval* value = walkFrom(*section, namespaceName, path, data);
-    return value != nullptr ? ValueText(call(), value) : ValueText();
+    const auto found = outermost_.find(namespaceName);
+    return found != outermost_.end() ? found->second : nullptr;
 }
 
 std::unique_ptr<char, void (*)(void*)> Template::_getResultVariableStringValue(
     const VariableBlock& block, const zval* data) const
 {
     std::unique_ptr<char, void (*)(void*)> copy(nullptr, [](void* text) { efree(text); });
-    SectionPath path(block.path);
-    const ValueText text = sectionText(block.namespaceName, block.isKey, path, data);
-    if (text.exists()) {
-        call().attempt([&] { copy.reset(estrndup(text.view().data(), text.view().size())); });
+    const auto copyText = [&](std::string_view text) {
+        call().attempt([&] { copy.reset(estrndup(text.data(), text.size())); });
         call().leaveIfAbandoned();
+    };
+    SectionPath path(block.path);
+    const DynamicBlock* section = sectionOf(block.namespaceName, path, data);
+    if (section == nullptr) {
+        return copy;
+    }
+    if (block.isKey) {
+        copyText(keyText(*section));
+    } else if (const zval* value = walkFrom(*section, block.namespaceName, path, data)) {
+        const ValueText text(call(), value);
+        if (text.exists()) {
+            copyText(text.view());
+        }
     }
     return copy;
 }

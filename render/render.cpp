@@ -102,7 +102,14 @@ RenderTable buildRenderTable()
 
 std::string Template::getResult()
 {
+    size_t textSize = 0;
+    for (const std::unique_ptr<Block>& block : blocks) {
+        if (block->type == Block::TEXT) {
+            textSize += castTo<TextBlock>(*block).text.size();
+        }
+    }
     std::string result;
+    call().reserve(result, textSize + textSize / 4);
     _getResult(blocks, result, nullptr);
     return result;
 }

@@ -15,7 +15,7 @@ ValueText::ValueText(EngineCall& call, const zval* value)
         exists_ = false;
         break;
     case IS_STRING:
-        text_ = {Z_STRVAL_P(value), std::strlen(Z_STRVAL_P(value))};
+        text_ = stringText(value);
         break;
     case IS_LONG:
         text_ = {digits_,

@@ -6,6 +6,12 @@
 
 #include "module/engine.h"
 
+// The text of a value that is a string.
+inline std::string_view stringText(const zval* value)
+{
+    return {Z_STRVAL_P(value), std::strlen(Z_STRVAL_P(value))};
+}
+
 // The text of a value up to its first NUL. Strings are borrowed from the value,
 // so it is to be used up before any user code can run.
 class ValueText final {

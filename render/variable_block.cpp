@@ -11,9 +11,10 @@ namespace {
 void remember(MultiVariableBlock& block, size_t tried)
 {
     if (block.remembered != tried) {
-        Candidate& candidate = block.candidates[tried];
+        const Candidate& candidate = block.candidates[tried];
         block.namespaceName = candidate.namespaceName;
-        block.path = candidate.path.keys();
+        block.path.clear();
+        candidate.path.appendTo(block.path);
         block.isKey = candidate.kind == VariableKind::SECTION_KEY;
         block.remembered = tried;
     }
@@ -26,7 +27,7 @@ bool Template::appendValue(std::string& out, const zval* value) const
 {
     // The frequent types are spared the making of a ValueText.
     if (EXPECTED(Z_TYPE_P(value) == IS_STRING)) {
-        append(out, {Z_STRVAL_P(value), std::strlen(Z_STRVAL_P(value))});
+        append(out, stringText(value));
         return true;
     }
     if (Z_TYPE_P(value) == IS_LONG) {

@@ -7,13 +7,6 @@ namespace {
 
 constexpr std::string_view BAD_PARAMETER = "Dynamic block bad parameter '";
 
-// The array that a section over `value` iterates; null when there is none.
-const zval* arrayOf(const zval* value)
-{
-    ZVAL_DEREF(value);
-    return Z_TYPE_P(value) == IS_ARRAY ? value : nullptr;
-}
-
 }
 
 void Template::analyzeDynamicBlock(Blocks& blocks, PendingText& text, std::string_view argument,
@@ -24,29 +17,19 @@ void Template::analyzeDynamicBlock(Blocks& blocks, PendingText& text, std::strin
     const bool named = comma != argument.npos;
     std::string name(named ? argument.substr(0, comma) : "");
     const std::string_view variable = named ? argument.substr(comma + 1) : argument;
-    if (!name.empty()) {
-        for (const DynamicBlock* open : dynamicStack) {
-            if (open->name == name) {
-                throwError(BAD_PARAMETER, variable, "': namespace is used already in ",
-                    currentFile());
-            }
-        }
+    if (!name.empty() && findSection(name) != nullptr) {
+        throwError(BAD_PARAMETER, variable, "': namespace is used already in ", currentFile());
     }
-
-    VariableReference reference = analyzeVariable(variable);
+    const ReferenceText reference = parseReference(variable);
     if (reference.kind == VariableKind::SECTION_KEY) {
         throwError(BAD_PARAMETER, variable, "': [*] is forbidden in ", currentFile());
     }
     std::unique_ptr<DynamicBlock> block;
     if (reference.kind == VariableKind::SECTION_VALUE) {
-        block = std::make_unique<DynamicBlock>(std::move(name), std::move(reference.namespaceName),
-            std::move(reference.path), reversed);
+        block = std::make_unique<DynamicBlock>(std::move(name),
+            std::string(reference.namespaceName), reference.path.keys(), reversed);
     } else {
-        const zval* array = nullptr;
-        if (reference.kind == VariableKind::ROOT_VALUE) {
-            const zval* num = findNum(reference.value);
-            array = arrayOf(num != nullptr ? num : reference.value);
-        }
+        const zval* array = arrayAt(reference.path);
         if (array == nullptr && variable.empty()) {
             throwError(BAD_PARAMETER, variable, "': no parameter found in ", currentFile());
         }
@@ -59,8 +42,24 @@ void Template::analyzeDynamicBlock(Blocks& blocks, PendingText& text, std::strin
 
     DynamicBlock& section = *block;
     addBlock(blocks, std::move(block));
-    dynamicStack.push_back(&section);
+    openSection(section);
     _analyzeTemplate(section.blocks, text,
         static_cast<Block::BlockType>(Block::DYNAMIC_END + reversed));
-    dynamicStack.pop_back();
+    closeSection();
+}
+
+// The array that a section over the path from the root iterates; null when there
+// is none.
+const zval* Template::arrayAt(PathText path) const
+{
+    const zval* value = findRootValue(path);
+    if (value == nullptr) {
+        return nullptr;
+    }
+    const zval* num = findNum(value);
+    if (num != nullptr) {
+        value = num;
+    }
+    ZVAL_DEREF(value);
+    return Z_TYPE_P(value) == IS_ARRAY ? value : nullptr;
 }

@@ -11,13 +11,28 @@
 
 namespace {
 
+bool isAscii(std::string_view text)
+{
+    const char* from = text.data();
+    const char* const end = from + text.size();
+    uint64_t bits = 0;
+    for (; end - from >= 8; from += 8) {
+        uint64_t eight;
+        std::memcpy(&eight, from, sizeof eight);
+        bits |= eight;
+    }
+    for (; from < end; ++from) {
+        bits |= static_cast<unsigned char>(*from);
+    }
+    return (bits & 0x8080808080808080) == 0;
+}
+
 // ASCII is escaped alike in every charset that PHP knows, and much faster byte by
 // byte: PHP looks each character up. A charset that it does not know makes PHP
 // warn, so only the usual one is taken for known here.
 bool isEscapedByByte(std::string_view text)
 {
-    return strcasecmp(php_get_internal_encoding(), "UTF-8") == 0
-        && std::none_of(text.begin(), text.end(), [](unsigned char byte) { return byte >= 0x80; });
+    return isAscii(text) && strcasecmp(php_get_internal_encoding(), "UTF-8") == 0;
 }
 
 // From this size on a text that is to be escaped is held against the limit first.

@@ -44,16 +44,15 @@ void Template::analyzeOptionalBlock(Blocks& blocks, PendingText& text, std::stri
     const size_t space = argument.find(' ');
     const std::string_view variable = argument.substr(0, space);
     std::string compareValue(space == argument.npos ? "" : argument.substr(space + 1));
-    VariableReference reference = analyzeVariable(variable);
+    const ReferenceText reference = parseReference(variable);
 
     auto optionalType = OptionalBlock::ANALYZED;
     bool shown = true;
     switch (reference.kind) {
     case VariableKind::ROOT_VALUE:
-        shown = checkIfOptionalIsVisible(reference.value, compareValue) != negated;
-        break;
     case VariableKind::NOT_FOUND:
-        shown = negated;
+        // A value that is not there is not visible.
+        shown = checkIfOptionalIsVisible(findRootValue(reference.path), compareValue) != negated;
         break;
     case VariableKind::SECTION_VALUE:
         optionalType = OptionalBlock::CURRENT_VALUE;
@@ -63,8 +62,8 @@ void Template::analyzeOptionalBlock(Blocks& blocks, PendingText& text, std::stri
         break;
     }
 
-    auto block = std::make_unique<OptionalBlock>(std::move(reference.namespaceName),
-        std::move(reference.path), optionalType, std::move(compareValue), negated);
+    auto block = std::make_unique<OptionalBlock>(std::string(reference.namespaceName),
+        reference.path.keys(), optionalType, std::move(compareValue), negated);
     OptionalBlock& section = *block;
     if (shown) {
         addBlock(blocks, std::move(block));

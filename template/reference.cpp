@@ -5,6 +5,7 @@
 #include "template/reference.h"
 
 #include <algorithm>
+#include <array>
 
 #include "template/error.h"
 #include "template/template.h"
@@ -12,6 +13,15 @@
 namespace {
 
 constexpr std::string_view BAD_ARGUMENT = "Bad formated parameter'";
+
+// The bytes that mean something in a reference or between references.
+constexpr auto HAS_MEANING = [] {
+    std::array<bool, 256> meaning{};
+    for (const char byte : std::string_view(" \t\r\n\f\v':*")) {
+        meaning[static_cast<unsigned char>(byte)] = true;
+    }
+    return meaning;
+}();
 
 // The state of the walk from right to left.
 class ReferenceParser {
@@ -44,7 +54,13 @@ private:
     // read as part of a separator, are both colons.
     size_t lastSeparator(std::string_view rest) const
     {
-        return rest.empty() ? rest.npos : argument_.rfind("::", rest.size() - 1);
+        // rfind() would call memcmp() at each byte.
+        for (size_t i = std::min(rest.size(), argument_.size() - 1); i-- > 0;) {
+            if (argument_[i] == ':' && argument_[i + 1] == ':') {
+                return i;
+            }
+        }
+        return rest.npos;
     }
 
     void readPart(std::string_view part, size_t offset)
@@ -106,8 +122,20 @@ private:
 
 }
 
+bool isPlainKey(std::string_view text)
+{
+    bool meaning = false;
+    for (const unsigned char byte : text) {
+        meaning |= HAS_MEANING[byte];
+    }
+    return !meaning;
+}
+
 ReferenceText Template::parseReference(std::string_view argument) const
 {
+    if (isPlainKey(argument)) {
+        return {PathText(argument), {}, VariableKind::ROOT_VALUE};
+    }
     return ReferenceParser(argument, currentFile()).parse();
 }
 

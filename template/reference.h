@@ -33,6 +33,10 @@ struct VariableReference {
     VariableKind kind;
 };
 
+// Whether a text is a single plain key, as most references are: nothing in it
+// separates keys, marks a star, or ends a reference inside a variable tag.
+bool isPlainKey(std::string_view text);
+
 // The keys of a path as they are written, "a::b::c", first to last. A path is
 // always a whole tail of its reference, so nothing needs to be copied.
 class PathText final {
@@ -55,10 +59,15 @@ public:
     std::deque<std::string> keys() const
     {
         std::deque<std::string> keys;
+        appendTo(keys);
+        return keys;
+    }
+
+    void appendTo(std::deque<std::string>& keys) const
+    {
         for (PathText rest = *this; !rest.empty();) {
             keys.emplace_back(rest.next());
         }
-        return keys;
     }
 
 private:

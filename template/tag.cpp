@@ -1,7 +1,8 @@
 #include "template/tag.h"
 
-#include <algorithm>
 #include <array>
+#include <bit>
+#include <iterator>
 
 #include "template/template.h"
 
@@ -29,34 +30,46 @@ constexpr Keyword KEYWORDS[] = {
     {"rawurlencode", Block::RAWURLENCODE},
 };
 
-// Whether any keyword begins with a byte: most tags are variables, and most of
-// those are told by this alone.
-constexpr auto BEGINS_KEYWORD = [] {
-    std::array<bool, 256> begins{};
-    for (const Keyword& keyword : KEYWORDS) {
-        begins[static_cast<unsigned char>(keyword.text.front())] = true;
+// The rows of KEYWORDS that begin with a byte, a bit for each: most tags are
+// variables, and most of those are told by this alone.
+constexpr auto ROWS_BY_FIRST_BYTE = [] {
+    std::array<uint16_t, 256> rows{};
+    for (size_t row = 0; row < std::size(KEYWORDS); ++row) {
+        rows[static_cast<unsigned char>(KEYWORDS[row].text.front())] |= 1U << row;
     }
-    return begins;
+    return rows;
 }();
 
 // A text of blanks only comes back whole, not empty: templates rely on "{ }"
 // and its like being written back as they stand.
 std::string_view trimmed(std::string_view text)
 {
-    const auto first = std::find_if_not(text.begin(), text.end(), isBlank);
-    const auto last = std::find_if_not(text.rbegin(), text.rend(), isBlank).base();
-    return first == text.end() ? text : std::string_view(first, last);
+    size_t first = 0;
+    size_t last = text.size();
+    while (first < last && isBlank(text[first])) {
+        ++first;
+    }
+    if (first == last) {
+        return text;
+    }
+    while (isBlank(text[last - 1])) {
+        --last;
+    }
+    return text.substr(first, last - first);
 }
 
 }
 
 TagText matchTag(std::string_view tag)
 {
-    if (!tag.empty() && BEGINS_KEYWORD[static_cast<unsigned char>(tag.front())]) {
-        for (const Keyword& keyword : KEYWORDS) {
-            if (tag.front() == keyword.text.front() && tag.starts_with(keyword.text)) {
-                return {trimmed(tag.substr(keyword.text.size())), keyword.type};
-            }
+    if (tag.empty()) {
+        return {tag, Block::MULTI_VARIABLE};
+    }
+    unsigned rows = ROWS_BY_FIRST_BYTE[static_cast<unsigned char>(tag.front())];
+    for (; rows != 0; rows &= rows - 1) {
+        const Keyword& keyword = KEYWORDS[std::countr_zero(rows)];
+        if (tag.starts_with(keyword.text)) {
+            return {trimmed(tag.substr(keyword.text.size())), keyword.type};
         }
     }
     return {trimmed(tag), Block::MULTI_VARIABLE};

@@ -14,6 +14,16 @@ namespace {
 constexpr size_t BLOCK_BYTES = 1024;
 constexpr size_t TEXT_BLOCK_BYTES = 96;
 
+// Most lists hold several blocks.
+void add(Blocks& blocks, std::unique_ptr<Block> block)
+{
+    constexpr size_t SEVERAL = 8;
+    if (blocks.capacity() == 0) {
+        blocks.reserve(SEVERAL);
+    }
+    blocks.push_back(std::move(block));
+}
+
 // Names the tag that was met, not the one that was due.
 std::string_view unexpectedClosing(Block::BlockType type)
 {
@@ -65,9 +75,8 @@ void Template::_analyzeTemplate(Blocks& blocks, PendingText& text, Block::BlockT
 bool Template::analyzeTag(Blocks& blocks, PendingText& text, Block::BlockType closing)
 {
     // A tag that the input's end cuts off is taken as it is.
-    PassingText tag(call());
-    input.fillBufferTillMark(tag.text, '}');
-    const auto [argument, type] = matchTag(tag.text);
+    PassingText storage(call());
+    const auto [argument, type] = matchTag(input.readTag(storage.text));
     switch (type) {
     case Block::MULTI_VARIABLE:
         analyzeVariableBlock(blocks, text, argument);
@@ -112,7 +121,7 @@ void Template::storeTextBlock(Blocks& blocks, PendingText& text) const
     if (!text->text.empty()) {
         call().charge(TEXT_BLOCK_BYTES);
         auto fresh = std::make_unique<TextBlock>();
-        blocks.push_back(std::move(text));
+        add(blocks, std::move(text));
         text = std::move(fresh);
     }
 }
@@ -120,7 +129,7 @@ void Template::storeTextBlock(Blocks& blocks, PendingText& text) const
 void Template::addBlock(Blocks& blocks, std::unique_ptr<Block> block) const
 {
     call().charge(BLOCK_BYTES);
-    blocks.push_back(std::move(block));
+    add(blocks, std::move(block));
 }
 
 void Template::checkDepth(const NestingLevel& level) const

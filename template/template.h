@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "input/input.h"
@@ -141,13 +142,18 @@ private:
     const zval* findRootValue(PathText path) const;
     const zval* findStep(std::string_view key, const zval* from) const;
     const zval* findNum(const zval* from) const;
+    const zval* arrayAt(PathText path) const;
 
+    bool analyzeReferences(Blocks& blocks, PendingText& pendingText,
+        std::string_view content) const;
     template <class EscapedBlock>
     void analyzeEscapingBlock(Blocks& blocks, PendingText& text, std::string_view argument,
         EscapingFunction escape, BytesEscaper escapeBytes) const;
     std::string includedFile(std::string_view content) const;
     void analyzeIncludedFile(Blocks& blocks, PendingText& pendingText, std::string fileName) const;
 
+    void openSection(const DynamicBlock& section);
+    void closeSection();
     const DynamicBlock* findSection(std::string_view namespaceName) const;
     // The same, remembered in `path`; null also at the top level.
     const DynamicBlock* sectionOf(std::string_view namespaceName, SectionPath& path,
@@ -169,12 +175,15 @@ private:
         return section.currentKey.c_str();
     }
     bool appendValue(std::string& out, const zval* value) const;
-    ValueText sectionText(std::string_view namespaceName, bool isKey, SectionPath& path,
-        const zval* data) const;
     void appendEscaped(const VariableBlock& block, std::string& out, const zval* data,
         const ByteEscaper& escaper) const;
     void renderElements(DynamicBlock& block, std::string& out, HashTable* table, bool reversed);
     const zval* valueToIterate(DynamicBlock& block, const zval* data) const;
+
+    // Of the first `registered_` sections of dynamicStack, the outermost of each
+    // name; filled when many are open. The names are the sections' own.
+    mutable std::unordered_map<std::string_view, const DynamicBlock*> outermost_;
+    mutable size_t registered_ = 0;
 };
 
 #endif

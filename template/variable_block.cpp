@@ -59,21 +59,39 @@ TagParts splitTag(std::string_view content, std::string_view file)
 
 std::unique_ptr<Block> makeBlock(const TagParts& tag, std::string_view content)
 {
-    std::vector<std::string> variables;
+    // The references are put right into the block's list, not copied into it.
+    auto block = tag.defaultValue
+        ? std::make_unique<MultiVariableBlock>(std::vector<std::string>(),
+              std::string(*tag.defaultValue), std::string(content))
+        : std::make_unique<MultiVariableBlock>(std::vector<std::string>(), std::string(content));
     Words words(tag.references);
     for (std::string_view word; !(word = words.next()).empty();) {
-        variables.emplace_back(word);
+        block->variables.emplace_back(word);
     }
-    if (tag.defaultValue) {
-        return std::make_unique<MultiVariableBlock>(variables, std::string(*tag.defaultValue),
-            std::string(content));
-    }
-    return std::make_unique<MultiVariableBlock>(variables, std::string(content));
+    return block;
 }
 
 }
 
 void Template::analyzeVariableBlock(Blocks& blocks, PendingText& pendingText,
+    std::string_view content) const
+{
+    if (!content.empty() && isPlainKey(content)) {
+        if (const zval* value = findStep(content, nullptr)) {
+            appendValue(pendingText->text, value);
+            return;
+        }
+    } else if (analyzeReferences(blocks, pendingText, content)) {
+        return;
+    }
+    // An unknown variable shows as it was written, to be found by its author.
+    append(pendingText->text, "{");
+    append(pendingText->text, content);
+    append(pendingText->text, "}");
+}
+
+// A tag of any other form. False when there is no value and no default.
+bool Template::analyzeReferences(Blocks& blocks, PendingText& pendingText,
     std::string_view content) const
 {
     const TagParts tag = splitTag(content, currentFile());
@@ -85,19 +103,15 @@ void Template::analyzeVariableBlock(Blocks& blocks, PendingText& pendingText,
             // The words cost a string and a place each besides the block.
             call().charge(content.size() * (sizeof(std::string) + 1));
             addBlock(blocks, makeBlock(tag, content));
-            return;
+            return true;
         }
         if (const zval* value = findRootValue(reference.path)) {
-            append(pendingText->text, ValueText(call(), value).view());
-            return;
+            appendValue(pendingText->text, value);
+            return true;
         }
     }
     if (tag.defaultValue) {
         append(pendingText->text, *tag.defaultValue);
-        return;
     }
-    // An unknown variable shows as it was written, to be found by its author.
-    append(pendingText->text, "{");
-    append(pendingText->text, content);
-    append(pendingText->text, "}");
+    return tag.defaultValue.has_value();
 }

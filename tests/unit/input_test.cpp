@@ -104,7 +104,7 @@ TEST(StringInput, AppendsAndEndsWhenItsTextIsUsedUp)
 TEST_F(FileInput, ReadsWhatAStringReadsAtEveryChunkBoundary)
 {
     // The first chunk, and the larger one that follows it.
-    for (const size_t boundary : {CHUNK, 9 * CHUNK}) {
+    for (const size_t boundary : {2 * CHUNK, 10 * CHUNK}) {
         for (const auto& [text, read] : CASES) {
             for (size_t before = 0; before <= text.size() + 1; ++before) {
                 const size_t filler = boundary - before;
@@ -116,11 +116,25 @@ TEST_F(FileInput, ReadsWhatAStringReadsAtEveryChunkBoundary)
     }
 }
 
+// The reader passes long stretches without a brace many bytes at a time, by a
+// coarser test than for a brace.
+TEST(StringInput, FindsBracesAmongTheirNeighbours)
+{
+    const std::string neighbours("z|~\x7f\x80\xfby");
+    for (size_t before = 0; before < 200; ++before) {
+        std::string text;
+        while (text.size() < before) {
+            text += neighbours[text.size() % neighbours.size()];
+        }
+        EXPECT_EQ(readString(text + "{a}" + text + "}}"), text + "<a>" + text + "}");
+    }
+}
+
 TEST_F(FileInput, FetchesOneChunkThenLargeOnesAndThenNothing)
 {
-    Input& input = open(std::string(17 * CHUNK + 7, 'x'));
+    Input& input = open(std::string(18 * CHUNK + 7, 'x'));
     EXPECT_TRUE(input.buffer.empty());
-    for (const size_t size : {CHUNK, 8 * CHUNK, 8 * CHUNK, size_t{7}}) {
+    for (const size_t size : {2 * CHUNK, 8 * CHUNK, 8 * CHUNK, size_t{7}}) {
         EXPECT_FALSE(input.exhausted());
         EXPECT_TRUE(input.fetchStream());
         EXPECT_EQ(input.buffer.size(), size);
