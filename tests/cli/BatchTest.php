@@ -141,7 +141,20 @@ final class BatchTest extends CliTestCase
         self::assertSame([1, '', "template: Could not open file none\n"], $this->template('batch', 'none', 'rows'));
     }
 
-    /** Several workers give what one gives: the script compares them. */
+    public function testParallelWorkersGiveWhatOneGives(): void
+    {
+        $rows = '';
+        for ($id = 1; $id <= 20_000; ++$id) {
+            $rows .= $id % 1_000 === 0 ? "broken $id\n" : "{\"id\": $id, \"l\": [" . implode(',', range(0, $id % 7)) . "]}\n";
+        }
+        $this->files(['rows' => $rows]);
+        $this->shell('template batch t rows > one 2> /dev/null');
+        [, , $errors] = $this->shell('parallel --will-cite --pipe --keep-order -j2 --block 40k template batch -q --allow-faults t < rows > many');
+        self::assertSame(20, preg_match_all('/^line \d+: /m', $errors), $errors);
+        self::assertSame(20_000, substr_count(file_get_contents('one'), "\n"));
+        self::assertFileEquals('one', 'many');
+    }
+
     public function testTheExampleOfAMillionRowsWithFewer(): void
     {
         $script = escapeshellarg(dirname(__DIR__, 2) . '/examples/batch/spread.sh');

@@ -1,7 +1,7 @@
 <?php
 declare(strict_types=1);
 
-require __DIR__ . '/harness.php';
+require __DIR__ . '/../harness.php';
 require __DIR__ . '/site.php';
 
 putenv('LD_PRELOAD');   // what a sanitized PHP needs, and sets by itself, the other tools that run here do not

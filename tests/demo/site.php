@@ -124,3 +124,13 @@ final class Site
         return $text;
     }
 }
+
+function php(string ...$arguments): array
+{
+    return [getenv('PHP'), '-n', '-d', 'memory_limit=1G', '-d', 'extension=' . getenv('TEMPLATE_SO'), ...$arguments];
+}
+
+function render(string $database, string $folder): array
+{
+    return run(php('examples/packages/site.php', $database, $folder));
+}

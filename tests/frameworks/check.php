@@ -3,11 +3,12 @@
 
 declare(strict_types=1);
 
+require __DIR__ . '/../harness.php';
 require __DIR__ . '/symfony.php';
 require __DIR__ . '/laravel.php';
 
 $scratch = sys_get_temp_dir() . '/frameworks-' . getmypid();
-register_shutdown_function(fn () => exec('rm -rf ' . escapeshellarg($scratch)));
+register_shutdown_function(remove_tree(...), $scratch);
 
 /** A copy of an example, with some files added or replaced. */
 function scratch_copy(string $example, array $files): string
@@ -22,26 +23,15 @@ function scratch_copy(string $example, array $files): string
     return $copy;
 }
 
+/** What is thrown, without the folders of the files that it names. */
 function thrown(callable $function): string
 {
     try {
         $function();
     } catch (Throwable $thrown) {
-        return get_class($thrown->getPrevious() ?? $thrown) . ': ' . $thrown->getMessage();
+        return get_class($thrown->getPrevious() ?? $thrown) . ': ' . preg_replace('~/\S*/~', '', $thrown->getMessage());
     }
     return 'nothing';
-}
-
-$passed = 0;
-$failed = 0;
-function check(string $what, mixed $expected, mixed $seen): void
-{
-    if ($expected === $seen) {
-        $GLOBALS['passed']++;
-        return;
-    }
-    $GLOBALS['failed']++;
-    echo "$what:\n  expected ", json_encode($expected, JSON_UNESCAPED_SLASHES), "\n  saw      ", json_encode($seen, JSON_UNESCAPED_SLASHES), "\n";
 }
 
 $page = <<<'HTML'
@@ -62,23 +52,22 @@ $books = collect([
     ['title' => 'Emma', 'author' => 'Jane Austen', 'year' => 1815],
     collect(['title' => 'Crime & Punishment', 'author' => 'Fyodor Dostoevsky']),
 ]);
-check('Laravel: a page, of collections', $page, laravel_views()->make('books', ['tag' => 'R&D', 'books' => $books])->render());
-check('Laravel: a view in a view', "<b>in</b>\n|<b>in</b>\n", (function () {
-    $views = laravel_views(['resources/views/in.html.tpl' => "<b>in</b>\n", 'resources/views/out.html.tpl' => '{part}|{include in.html.tpl}']);
-    return $views->make('out', ['part' => $views->make('in')])->render();
-})());
-check('Laravel: a fault is an exception', true, (bool) preg_match('~^ErrorException: Missing closing tag in /\S*/views/books\.html\.tpl$~',
+check('Laravel: a page, of collections', differences($page, laravel_views()->make('books', ['tag' => 'R&D', 'books' => $books])->render()));
+$views = laravel_views(['resources/views/in.html.tpl' => "<b>in</b>\n", 'resources/views/out.html.tpl' => '{part}|{include in.html.tpl}']);
+check('Laravel: a view in a view', differences("<b>in</b>\n|<b>in</b>\n", $views->make('out', ['part' => $views->make('in')])->render()));
+check('Laravel: a fault is an exception', differences('ErrorException: Missing closing tag in books.html.tpl',
     thrown(fn () => laravel_views(['resources/views/books.html.tpl' => $broken])->make('books', ['books' => []])->render())));
 
 // Last, as its kernel takes over the handling of errors.
 $response = symfony_book_page('/books/R&D');
-check('Symfony: a page', [200, 'text/html; charset=UTF-8', $page], [$response->getStatusCode(), $response->headers->get('Content-Type'), $response->getContent()]);
-check('Symfony: a fault is an exception', true, (bool) preg_match('~^ErrorException: Missing closing tag in /\S*/templates/books\.html\.tpl$~',
+check('Symfony: a page', differences([200, 'text/html; charset=UTF-8', $page],
+    [$response->getStatusCode(), $response->headers->get('Content-Type'), $response->getContent()]));
+check('Symfony: a fault is an exception', differences('ErrorException: Missing closing tag in books.html.tpl',
     thrown(fn () => symfony_book_page('/books/x', ['templates/books.html.tpl' => $broken]))));
-check('Symfony: an array in the text is one, too', 'ErrorException: Array to string conversion',
-    thrown(fn () => symfony_book_page('/books/x', ['templates/books.html.tpl' => '{books}'])));
+check('Symfony: an array in the text is one, too', differences('ErrorException: Array to string conversion',
+    thrown(fn () => symfony_book_page('/books/x', ['templates/books.html.tpl' => '{books}']))));
 
-check('the include path is what it was', $includePath, get_include_path());
+check('the include path is what it was', differences($includePath, get_include_path()));
 
-printf("%d passed, %d failed\n", $passed, $failed);
+echo "$passed passed, $failed failed\n";
 exit($failed === 0 ? 0 : 1);

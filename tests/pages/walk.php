@@ -6,28 +6,21 @@
 
 declare(strict_types=1);
 
+require __DIR__ . '/../harness.php';
+
 error_reporting(E_ALL);
 set_error_handler(fn (int $level, string $message) => throw new ErrorException($message));
 
-$passed = $failed = 0;
 foreach (glob(__DIR__ . '/*', GLOB_ONLYDIR) as $page) {
     chdir($page);
     $data = is_file('data.php') ? require "$page/data.php" : json_decode(file_get_contents('data.json'), true, flags: JSON_THROW_ON_ERROR);
-    $expected = file_get_contents('result.txt');
     foreach (['file' => ['template.tpl', $data], 'text' => [file_get_contents('template.tpl'), $data, true]] as $mode => $arguments) {
         try {
             $result = template(...$arguments);
         } catch (Throwable $failure) {
             $result = get_class($failure) . ': ' . $failure->getMessage();
         }
-        if ($result === $expected) {
-            $passed++;
-            continue;
-        }
-        $failed++;
-        $at = strspn((string) $result ^ $expected, "\0");
-        printf("%s, as %s: differs at byte %d\n  expected ...%s\n  saw      ...%s\n", basename($page), $mode, $at,
-            json_encode(substr($expected, $at, 60), JSON_INVALID_UTF8_SUBSTITUTE), json_encode(substr((string) $result, $at, 60), JSON_INVALID_UTF8_SUBSTITUTE));
+        check(basename($page) . " as $mode", differences(explode("\n", file_get_contents('result.txt')), explode("\n", $result)));
     }
 }
 echo "$passed passed, $failed failed\n";

@@ -3,7 +3,7 @@ declare(strict_types=1);
 
 /* The playground without a browser: its pages, the gallery, what it answers, and what it refuses. */
 
-require __DIR__ . '/../demo/harness.php';
+require __DIR__ . '/../harness.php';
 require __DIR__ . '/../../examples/playground/src/gallery.php';
 require __DIR__ . '/site.php';
 

@@ -36,14 +36,12 @@ std::unique_ptr<DynamicBlock> openSection(Template& page, std::string name, cons
 TEST(PHPInterface, FindsByKeyAndByIndex)
 {
     runPhp("$unit = 'ref'; class Declared { public $p = 1; }");
-    Page page("", R"(['a' => 'x', 0 => 'zero', '' => 'none', "n\0l" => 'nul', 'r' => &$unit, 's' => 'str',
+    Page page("", R"(['a' => 'x', 0 => 'zero', "n\0l" => 'nul', 'r' => &$unit, 's' => 'str',
         'list' => [1 => 'one'], 'plain' => (object) ['0' => 'text'], 'declared' => new Declared])");
     PHPInterface& data = page->phpInterface;
     EXPECT_EQ(text(data.hashFind("a", nullptr)), "x");
-    EXPECT_EQ(text(data.hashFind("", nullptr)), "none");
     EXPECT_EQ(text(data.hashFind(std::string_view("n\0l", 3), nullptr)), "nul");
     EXPECT_EQ(text(data.hashFind(std::string_view("ab", 1), nullptr)), "x");
-    EXPECT_EQ(data.hashFind("n", nullptr), nullptr);
     EXPECT_EQ(data.hashFind("0", nullptr), nullptr);
     EXPECT_EQ(Z_TYPE_P(data.hashFind("r", nullptr)), IS_REFERENCE);
     EXPECT_EQ(data.hashIndexFind(0, nullptr), nullptr);
@@ -80,7 +78,7 @@ TEST(Index, IsWhatReadsAndWritesBackAsANumber)
 TEST(Lookup, WalksPaths)
 {
     runPhp("$unit = ['k' => 'ref'];");
-    Page page("", R"(['a' => ['5' => 'x', '05' => 'y', 'b' => ['c' => ['d' => 'deep']], '' => 'none'],
+    Page page("", R"(['a' => ['5' => 'x', 'b' => ['c' => ['d' => 'deep']]],
         'items' => [['name' => 'first'], 'text', (object) ['name' => 1], null], 7 => 'seven',
         'r' => &$unit, 'o' => new stdClass, '18446744073709551615' => 'max', -1 => 'minus'])");
     withIndex(page->phpInterface.hashFind("o", nullptr));
@@ -92,28 +90,19 @@ TEST(Lookup, WalksPaths)
     } cases[] = {
         {{}, nullptr, "(none)"},
         {{"a", "5"}, nullptr, "x"},
-        {{"a", "05"}, nullptr, "y"},
         {{"a", "b", "c", "d"}, nullptr, "deep"},
         {{"a", "b", "c", "d", "e"}, nullptr, "(none)"},
-        {{"a", ""}, nullptr, "none"},
         {{"items", "0", "name"}, nullptr, "first"},
-        {{"items", "1", "name"}, nullptr, "(none)"},
         {{"items", "2", "name"}, nullptr, "(none)"},
         {{"items", "3"}, nullptr, ""},
-        {{"items", "4"}, nullptr, "(none)"},
-        {{"7"}, nullptr, "(none)"},
         {{"7"}, "", "seven"},
         // The largest index and key -1 are one and the same.
         {{"18446744073709551615"}, "", "minus"},
-        {{"r"}, nullptr, "Array"},
-        {{"r", "k"}, nullptr, "(none)"},
         {{"k"}, "r", "(none)"},
         {{"o", "3"}, nullptr, "(none)"},
         {{"3"}, "o", "three"},
         {{"3", "x"}, "o", "(none)"},
-        {{"a"}, "o", "(none)"},
         {{}, "items", "Array"},
-        {{"1"}, "items", "text"},
     };
     for (const auto& [path, start, found] : cases) {
         const zval* from = nullptr;
@@ -153,7 +142,6 @@ TEST(Lookup, TakesTheNamedSectionOrElseTheInnermost)
     EXPECT_EQ(resolve("", {"v"}, false, middle.get()), "middle");
     EXPECT_EQ(resolve("", {}, true, middle.get()), "3");
     EXPECT_EQ(resolve("t", {"v"}, false, inner.get()), "(none)");
-    EXPECT_EQ(resolve("r", {"w"}, false, inner.get()), "(none)");
     EXPECT_EQ(resolve("r", {"v"}, false, nullptr), "(none)");
     EXPECT_EQ(resolve("r", {}, true, nullptr), "(none)");
 }

@@ -1,7 +1,7 @@
 <?php
 declare(strict_types=1);
 
-/* The vocabulary of the checks. */
+/* The vocabulary of the checks that are scripts of their own. */
 
 $passed = $failed = 0;
 
@@ -40,16 +40,6 @@ function run(array $command, array $streams = [1 => ['pipe', 'w'], 2 => ['pipe',
     $process = proc_open($command, [['file', '/dev/null', 'r']] + $streams, $pipes);
     $texts = array_map(stream_get_contents(...), $pipes);
     return [proc_close($process), $texts[1] ?? '', $texts[2] ?? ''];
-}
-
-function php(string ...$arguments): array
-{
-    return [getenv('PHP'), '-n', '-d', 'memory_limit=1G', '-d', 'extension=' . getenv('TEMPLATE_SO'), ...$arguments];
-}
-
-function render(string $database, string $folder): array
-{
-    return run(php('examples/packages/site.php', $database, $folder));
 }
 
 /** @return list<string> */
