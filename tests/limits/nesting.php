@@ -1,9 +1,10 @@
 <?php
 /** Nesting of every kind, as the stack of this process allows: prints what is not as it must be. */
-set_error_handler(function (int $level, string $message): bool {
+$noting = function (int $level, string $message): bool {
     $GLOBALS['warning'] = substr($message, 0, 30);
     return true;
-});
+};
+set_error_handler($noting);
 
 /** @return array[] the parts of a template around what is nested, and its data */
 function kinds(): array
@@ -43,12 +44,91 @@ function check_all(): void
         }
         check("$name, a level too deep", $tooDeep, nest($kind, $refused));
     }
+    array_map(check_recursion(...), ['string', 'handler', 'open', 'read', 'close']);
     check('500 files', 'x', template(chain(500), ['a' => 1]));
     try {
         check('50000 files', null, template(chain(50000), ['a' => 1]));
     } catch (Error) {
         // PHP may find the stack too small for the stream's code first
     }
+}
+
+/** User code that renders in the middle of a call, in which the same happens, without end. */
+final class Again
+{
+    public $context;
+    private string $place;
+    private bool $ended = false;
+
+    public static function call(string $place): ?string
+    {
+        static $number = 0;
+        $number++;
+        return match ($place) {
+            'string' => template('{dynamic r,rows}{r::*}{/dynamic}', ['rows' => [new self()]], true),
+            'handler' => template('{dynamic r,rows}{r::*}{/dynamic}', ['rows' => [[]]], true),
+            // PHP refuses to open the same name while it is being opened.
+            default => template("again://$place/$number", []),
+        };
+    }
+
+    public static function handle(): bool
+    {
+        // PHP switches a handler off while it runs.
+        set_error_handler(self::handle(...));
+        self::call('handler');
+        return true;
+    }
+
+    public function __toString(): string
+    {
+        return (string) self::call('string');
+    }
+
+    private function act(string $place): void
+    {
+        $this->place === $place and self::call($place);
+    }
+
+    public function stream_open(string $path, string $mode, int $options, ?string &$opened): bool
+    {
+        $this->place = parse_url($path, PHP_URL_HOST);
+        $this->act('open');
+        return true;
+    }
+
+    public function stream_read(int $count): string
+    {
+        $this->act('read');
+        $this->ended = true;
+        return 'x';
+    }
+
+    public function stream_eof(): bool
+    {
+        return $this->ended;
+    }
+
+    public function stream_close(): void
+    {
+        $this->act('close');
+    }
+}
+
+function check_recursion(string $place): void
+{
+    $GLOBALS['warning'] = null;
+    set_error_handler($place === 'handler' ? Again::handle(...) : $GLOBALS['noting']);
+    try {
+        Again::call($place);
+        $end = $GLOBALS['warning'];
+    } catch (Error $error) {
+        // PHP's own, of the stack, or of a handler that is called for its own refusal
+        $end = $error->getMessage();
+    }
+    set_error_handler($GLOBALS['noting']);
+    check("recursion in $place", 1, preg_match('/^(Template nesting is too deep|Maximum call stack size)/', (string) $end));
+    check("after recursion in $place", 'x', template('{a}', ['a' => 'x'], true));
 }
 
 /** A stream in which each file includes the next, inside a section. */
@@ -86,6 +166,7 @@ function chain(int $files): string
 }
 
 stream_wrapper_register('chain', ChainStream::class);
+stream_wrapper_register('again', Again::class);
 check_all();
 (new Fiber(check_all(...)))->start();
 echo "checked\n";
