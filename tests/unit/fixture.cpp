@@ -128,23 +128,6 @@ std::string outcome(const std::function<std::string()>& action)
     }
 }
 
-void forEachText(std::string_view alphabet, size_t length,
-    const std::function<void(const std::string&)>& action)
-{
-    std::string text;
-    const std::function<void()> extend = [&] {
-        action(text);
-        if (text.size() < length) {
-            for (const char byte : alphabet) {
-                text.push_back(byte);
-                extend();
-                text.pop_back();
-            }
-        }
-    };
-    extend();
-}
-
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);

@@ -64,8 +64,4 @@ std::string keys(const std::deque<std::string>& path);
 // What `action` returns, or the message of the failure that it ends in.
 std::string outcome(const std::function<std::string()>& action);
 
-// Calls `action` with every text over `alphabet` up to `length` bytes.
-void forEachText(std::string_view alphabet, size_t length,
-    const std::function<void(const std::string&)>& action);
-
 #endif

@@ -76,9 +76,6 @@ const std::vector<Case> CASES = {
     {"{a}{b{{c}}", "<a><b{{{{{$"},
 };
 
-// Sees to it that everything is told apart: text, tags, both braces, a blank.
-constexpr std::string_view ALPHABET = "a{} ";
-
 }
 
 TEST(StringInput, ResolvesBraces)
@@ -152,55 +149,5 @@ TEST_F(FileInput, RefusesWhatCannotBeOpened)
     for (const std::string& name : {path_ + ".missing", path_ + std::string("\0x", 2), std::string("\0", 1)}) {
         EXPECT_EQ(outcome([&] { return readAll(input_.emplace(name, false, call_)); }),
             std::string(("Could not open file " + name).c_str()));
-    }
-}
-
-TEST(StreamInput, ReadsWhatAStringReadsHoweverItIsDelivered)
-{
-    // Delivers `size` bytes at a time, and nothing at all every other time.
-    runPhp(R"(class Slow {
-        public static $text, $size;
-        public $context;
-        private $at = 0, $idle = false;
-        function stream_open() { return true; }
-        function stream_stat() { return false; }
-        function stream_eof() { return $this->at >= strlen(self::$text); }
-        function stream_read($count) {
-            if ($this->idle = !$this->idle) return '';
-            $piece = substr(self::$text, $this->at, self::$size);
-            $this->at += self::$size;
-            return $piece;
-        }
-    }
-    stream_wrapper_register('slow', 'Slow');)");
-    zend_class_entry* slow = zend_lookup_class(EngineString(zend_string_init("Slow", 4, false)).get());
-    const auto deliver = [&](const std::string& text, zend_long size) {
-        zend_update_static_property_stringl(slow, "text", 4, text.data(), text.size());
-        zend_update_static_property_long(slow, "size", 4, size);
-        EngineCall call;
-        Input input("slow://", false, call);
-        return readAll(input);
-    };
-    for (const auto& [text, read] : CASES) {
-        for (size_t size = 1; size <= text.size() + 1; ++size) {
-            EXPECT_EQ(deliver(text, size), read) << text << " by " << size;
-        }
-    }
-    forEachText(ALPHABET, 4, [&](const std::string& text) {
-        EXPECT_EQ(deliver(text, 1), readString(text)) << text;
-    });
-}
-
-TEST(StringInput, FindsBracesAtEveryOffsetInABlock)
-{
-    for (const char brace : {'{', '}'}) {
-        for (size_t before = 0; before < 150; ++before) {
-            // Neighbours of the braces among them.
-            for (const char filler : {'x', 'z', '|', '~', '\0', '\xfb'}) {
-                const std::string text(before, filler);
-                const std::string after(before % 70, filler);
-                EXPECT_EQ(readString(text + brace + brace + after), text + brace + after);
-            }
-        }
     }
 }

@@ -61,20 +61,6 @@ TEST(PHPInterface, FindsByKeyAndByIndex)
     EXPECT_EQ(Z_TYPE_P(nothing.userData), IS_ARRAY);
 }
 
-TEST(Index, IsWhatReadsAndWritesBackAsANumber)
-{
-    const auto check = [](const std::string& key) {
-        const unsigned long number = strtoul(key.c_str(), nullptr, 0);
-        const bool index = std::to_string(number) == key;
-        ASSERT_EQ(indexOf(key), index ? std::optional<zend_ulong>(number) : std::nullopt) << key;
-    };
-    forEachText(std::string_view("0179x+- a\0", 10), 5, check);
-    for (const char* key : {"18446744073709551615", "18446744073709551616", "9223372036854775808",
-             "18446744073709551614", "99999999999999999999", "018446744073709551615", "0b1", "1e1"}) {
-        check(key);
-    }
-}
-
 TEST(Lookup, WalksPaths)
 {
     runPhp("$unit = ['k' => 'ref'];");
