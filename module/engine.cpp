@@ -75,6 +75,14 @@ void EngineCall::grow(std::string& text, size_t more)
     discharge(held);
 }
 
+size_t EngineCall::spareRoom()
+{
+    constexpr size_t MOST = 64 * 1024 * 1024;
+    const auto limit = static_cast<size_t>(PG(memory_limit));
+    const size_t used = zend_memory_usage(true);
+    return std::min(MOST, limit > used ? (limit - used) / 4 : 0);
+}
+
 void EngineCall::cover()
 {
     const size_t size = std::max(outside_ - covered_, FREE_BYTES);

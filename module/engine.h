@@ -177,12 +177,17 @@ public:
     {
         makeRoom(text, most);
         const size_t before = text.size();
+        // Spares the code and the registers of growing once more.
+        ZEND_ASSUME(text.capacity() >= before + most);
         text.resize_and_overwrite(before + most,
             [&](char* begin, size_t) { return writer(begin + before) - begin; });
     }
 
     // Makes room for `bytes` more at once.
     void reserve(std::string& text, size_t bytes) { makeRoom(text, bytes); }
+    // How much may be reserved on a guess: should it be wrong, the memory limit
+    // leaves enough for the rest.
+    static size_t spareRoom();
 
     // Charges memory outside the engine's allocator to PHP's memory limit, so
     // that a template cannot outgrow it; ends in PHP's own fatal error.

@@ -29,9 +29,13 @@ constexpr size_t SAMPLE = 8;
 
 void foresee(EngineCall& call, std::string& out, size_t before, size_t elements)
 {
-    constexpr size_t MOST = 512 * 1024;
     const size_t average = (out.size() - before) / SAMPLE;
-    call.reserve(out, std::min(MOST, (average + average / 8) * (elements - SAMPLE)));
+    const size_t expected = average + average / 8;
+    const size_t spare = call.spareRoom();
+    const size_t left = elements - SAMPLE;
+    if (left > 0) {
+        call.reserve(out, expected < spare / left ? expected * left : spare);
+    }
 }
 
 }

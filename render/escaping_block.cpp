@@ -35,7 +35,7 @@ const ByteEscaper& htmlspecialcharsEscaper(EngineCall& call)
     return escaper;
 }
 
-void Template::appendEscaped(const VariableBlock& block, std::string& out, const zval* data,
+[[gnu::flatten]] void Template::appendEscaped(const VariableBlock& block, std::string& out, const zval* data,
     const ByteEscaper& escaper) const
 {
     if (!block.sectionPath) {

@@ -10,8 +10,8 @@ namespace {
 // one that was tried last at the previous element.
 void remember(MultiVariableBlock& block, size_t tried)
 {
-    if (block.remembered != tried) {
-        const Candidate& candidate = block.candidates[tried];
+    const Candidate& candidate = block.candidates[tried];
+    if (UNEXPECTED(block.remembered != tried && candidate.kind != VariableKind::ROOT_VALUE)) {
         block.namespaceName = candidate.namespaceName;
         block.path.clear();
         candidate.path.appendTo(block.path);
@@ -41,38 +41,44 @@ bool Template::appendValue(std::string& out, const zval* value) const
     return text.exists();
 }
 
-void Template::_getResultVariable(MultiVariableBlock& block, std::string& out,
+// A reference is taken apart when its turn first comes, and not before: what is
+// wrong with one that is never tried does not matter.
+[[gnu::noinline]] void Template::takeApartNext(MultiVariableBlock& block) const
+{
+    const ReferenceText reference = parseReference(block.variables[block.candidates.size()]);
+    block.candidates.emplace_back(reference,
+        reference.kind == VariableKind::ROOT_VALUE ? findRootValue(reference.path) : nullptr);
+}
+
+inline bool Template::appendCandidate(Candidate& candidate, std::string& out, const zval* data) const
+{
+    if (candidate.kind == VariableKind::ROOT_VALUE) {
+        if (candidate.value != nullptr) {
+            appendValue(out, candidate.value);
+        }
+        return candidate.value != nullptr;
+    }
+    const DynamicBlock* section = sectionOf(candidate.namespaceName, candidate.sectionPath, data);
+    if (section == nullptr) {
+        return false;
+    }
+    if (candidate.kind == VariableKind::SECTION_KEY) {
+        append(out, keyText(*section));
+        return true;
+    }
+    const zval* value = walkFrom(*section, candidate.namespaceName, candidate.sectionPath, data);
+    return value != nullptr && appendValue(out, value);
+}
+
+[[gnu::flatten]] void Template::_getResultVariable(MultiVariableBlock& block, std::string& out,
     const zval* data) const
 {
     for (size_t i = 0; i < block.variables.size(); ++i) {
-        // A reference is taken apart when its turn first comes, and not before:
-        // what is wrong with one that is never tried does not matter.
-        if (i == block.candidates.size()) {
-            const ReferenceText reference = parseReference(block.variables[i]);
-            block.candidates.emplace_back(reference,
-                reference.kind == VariableKind::ROOT_VALUE ? findRootValue(reference.path)
-                                                           : nullptr);
-        }
-        Candidate& candidate = block.candidates[i];
-        if (candidate.kind == VariableKind::ROOT_VALUE) {
-            if (candidate.value != nullptr) {
-                appendValue(out, candidate.value);
-                return;
-            }
-            continue;
+        if (UNEXPECTED(i == block.candidates.size())) {
+            takeApartNext(block);
         }
         remember(block, i);
-        const DynamicBlock* section
-            = sectionOf(candidate.namespaceName, candidate.sectionPath, data);
-        if (section == nullptr) {
-            continue;
-        }
-        if (candidate.kind == VariableKind::SECTION_KEY) {
-            append(out, keyText(*section));
-            return;
-        }
-        const zval* value = walkFrom(*section, candidate.namespaceName, candidate.sectionPath, data);
-        if (value != nullptr && appendValue(out, value)) {
+        if (appendCandidate(block.candidates[i], out, data)) {
             return;
         }
     }

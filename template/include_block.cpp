@@ -81,6 +81,7 @@ void Template::analyzeIncludedFile(Blocks& blocks, PendingText& pendingText,
     {
         Template included(fileName, phpInterface, false);
         const LentFileNames lent(fileNames, included.fileNames, std::move(fileName));
+        included.reserveText(*pendingText);
         included._analyzeTemplate(blocks, pendingText, Block::VARIABLE);
     }
     // Closing a stream can run user code too.

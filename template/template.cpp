@@ -50,9 +50,15 @@ Template::Template(std::string fileName, PHPInterface& phpInterface, bool string
 void Template::analyzeTemplate()
 {
     auto pending = std::make_unique<TextBlock>();
-    // Mostly the values that are folded in are about as long as their tags.
-    call().reserve(pending->text, input.expectedSize());
+    reserveText(*pending);
     _analyzeTemplate(blocks, pending, Block::VARIABLE);
+}
+
+// Mostly the values that are folded in are hardly longer than their tags.
+void Template::reserveText(TextBlock& pending)
+{
+    const size_t expected = input.expectedSize();
+    call().reserve(pending.text, expected + expected / 8);
 }
 
 void Template::_analyzeTemplate(Blocks& blocks, PendingText& text, Block::BlockType closing)

@@ -136,6 +136,7 @@ private:
     void checkDepth(const NestingLevel& level) const;
     void append(std::string& text, std::string_view piece) const { call().append(text, piece); }
     void addBlock(Blocks& blocks, std::unique_ptr<Block> block) const;
+    void reserveText(TextBlock& pending);
 
     // parseArgument() without copies, and the lookup that goes with it.
     ReferenceText parseReference(std::string_view argument) const;
@@ -174,6 +175,8 @@ private:
     {
         return section.currentKey.c_str();
     }
+    void takeApartNext(MultiVariableBlock& block) const;
+    bool appendCandidate(Candidate& candidate, std::string& out, const zval* data) const;
     bool appendValue(std::string& out, const zval* value) const;
     void appendEscaped(const VariableBlock& block, std::string& out, const zval* data,
         const ByteEscaper& escaper) const;
