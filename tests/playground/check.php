@@ -56,14 +56,6 @@ check('the gallery shows every example and leads to it', (function () use ($exam
     }
 })());
 check('no two examples have one address', differences(count($examples), count(array_unique(array_column($examples, 'slug')))));
-check('there is an example for each kind of tag', (function () use ($examples) {
-    $templates = implode(array_column($examples, 'template'));
-    foreach (['{include ', '{optional ', '{!optional ', '{dynamic ', '{rdynamic ', '{addslashes ', '{htmlentities ', '{htmlspecialchars ', '{rawurlencode ', '::[*]}', "'}", '{{', '}}'] as $tag) {
-        if (!str_contains($templates, $tag)) {
-            yield "there is none for $tag";
-        }
-    }
-})());
 check('other addresses lead nowhere', differences([404, 404, 404, 404, 404, 404], array_map(fn (string $path) => $site->ask('GET', $path)[0], [
     '/nothing', '/?example=nothing', '/?example[]=a', '/router.php', '/src/worker.php', '/..%2f..%2fREADME.md',
 ])));

@@ -27,7 +27,18 @@ $data = [
     ],
 ];
 
+in_folder_with(['again.tpl' => '{dynamic s7,other}{s7::*}{/dynamic}{s7::*}']);
+$levels = range(0, 19);
+$twenty = ['other' => ['no ']];
+foreach ($levels as $level) {
+    $twenty["l$level"] = $level === 0 ? ['a ', 'b '] : ["v$level "];
+}
+
 check([
+    'twenty sections by name, and the outermost of a name that an include uses again' => [
+        implode(array_map(fn (int $level) => "{dynamic s$level,l$level}", $levels))
+            . '{s0::*}{s7::*}{s19::*}{s20::*}{include again.tpl}{/dynamic}{s19::*}{s18::*};' . str_repeat('{/dynamic}', 19),
+        $twenty, 'a v7 v19 v7 v7 v18 ;b v7 v19 v7 v7 v18 ;'],
     'without names' => ['{dynamic rows}{*::name}[{dynamic *::children}{[*]}={*::n},{/dynamic}]{/dynamic}', $data,
         'A[x=1,y=2,]B[]C[]D[]E[z=3,]'],
     'a longer path' => ['{dynamic r,rows}{dynamic r::*::deep::list}{*}{/dynamic}{/dynamic}', $data, 'd'],
@@ -44,18 +55,7 @@ check([
     'a condition in a property' => ['{dynamic n,nums}{dynamic i,*::items}{optional [*] q}{*}{/optional}{optional * numeric}{[*]}{/optional}{/dynamic}{/dynamic}',
         $data, 'another7'],
 ]);
-
-$deep = [];
-for ($i = 0; $i < 50; $i++) {
-    $deep = ["k$i" => $deep ?: 'bottom'];
-}
-check([
-    'fifty sections in each other' => ['{dynamic s,data}' . str_repeat('{dynamic *}', 49) . '{[*]}={*}' . str_repeat('{/dynamic}', 50),
-        ['data' => $deep], 'k0=bottom'],
-]);
 ?>
 --EXPECT--
-text: as expected
-file: as expected
 text: as expected
 file: as expected

@@ -41,10 +41,8 @@ check([
         ['e' => [['v' => ''], ['v' => null], ['v' => false]]], '[Array][Array][Array]',
         'Array to string conversion', 'Array to string conversion', 'Array to string conversion'],
     'in a section: the default is not cut at NUL' => ["{dynamic r,rows}{*::x 'a\0b'}{/dynamic}", $data, "a\0ba\0b"],
-]);
 
-// Names behind the one that decides are read only when their turn comes.
-check([
+    // Names behind the one that decides are read only when their turn comes.
     'never reached' => ['{dynamic r,rows}{[*] a::}{/dynamic}', $data, '01'],
     'reached for the second element' => ['{dynamic r,rows}{*::n a::}{/dynamic}', $data, null,
         "Bad formated parameter'a::': too many : in <FILE>"],
@@ -53,7 +51,5 @@ check([
 ]);
 ?>
 --EXPECT--
-text: as expected
-file: as expected
 text: as expected
 file: as expected
