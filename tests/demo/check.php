@@ -4,8 +4,6 @@ declare(strict_types=1);
 require __DIR__ . '/../harness.php';
 require __DIR__ . '/site.php';
 
-putenv('LD_PRELOAD');   // what a sanitized PHP needs, and sets by itself, the other tools that run here do not
-
 $scratch = sys_get_temp_dir() . '/demo-' . getmypid();
 register_shutdown_function(remove_tree(...), $scratch);
 

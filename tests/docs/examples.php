@@ -40,11 +40,6 @@ final class Example
         return $this->main !== null && str_ends_with($this->main, '.php');
     }
 
-    public function setsMemoryLimit(): bool
-    {
-        return str_contains(implode('', $this->files), "ini_set('memory_limit'");
-    }
-
     public function hasResult(): bool
     {
         return $this->output !== null || $this->warning !== null;

@@ -9,7 +9,7 @@
 #include <sanitizer/lsan_interface.h>
 
 #include "module/engine_headers.h"
-#include "tests/asan/fibers.h"
+#include "tests/memory/fibers.h"
 
 extern "C" {
 #include "SAPI.h"

@@ -21,8 +21,7 @@ build() {
         asan)
             build_flavour asan g++ "-g -O1 $SANITIZERS"
             export EXTRA_FLAGS=$SANITIZERS
-            [ "$BUILD/php" -nt "$ROOT/tests/asan/fibers.h" ] || write_php_wrapper
-            PHP=$BUILD/php
+            make_sanitized_php
             ;;
         coverage)
             # libtool keeps the flag from the linker, which is to bring its library
@@ -108,20 +107,4 @@ make_extension() {
         die "The extension does not build."
     }
     mv "$BUILD/started" "$BUILD/built"
-}
-
-# A module with AddressSanitizer needs its libraries loaded before everything else, and the memory
-# that PHP hands out taken straight from malloc, which it watches. It must also be told of fibers.
-write_php_wrapper() {
-    local name libraries= includes
-    read -ra includes < <(inside "$PHP_CONFIG" --includes)
-    inside g++ -std=c++20 -O1 -g -shared -fPIC "${includes[@]}" -o "$BUILD/fibers.so" "$ROOT/tests/asan/fibers.cpp" ||
-        die "tests/asan/fibers.cpp does not build."
-    for name in libasan.so libubsan.so libstdc++.so; do libraries+="$(inside g++ -print-file-name="$name") "; done
-    cat >"$BUILD/php" <<END
-#!/bin/sh
-export LD_PRELOAD='${libraries% }' USE_ZEND_ALLOC=0 ZEND_DONT_UNLOAD_MODULES=1
-exec $PHP -d extension=$BUILD/fibers.so "\$@"
-END
-    chmod +x "$BUILD/php"
 }
