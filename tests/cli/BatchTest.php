@@ -144,14 +144,15 @@ final class BatchTest extends CliTestCase
     public function testParallelWorkersGiveWhatOneGives(): void
     {
         $rows = '';
-        for ($id = 1; $id <= 20_000; ++$id) {
+        $broken = intdiv(20, self::slowness());
+        for ($id = 1; $id <= $broken * 1_000; ++$id) {
             $rows .= $id % 1_000 === 0 ? "broken $id\n" : "{\"id\": $id, \"l\": [" . implode(',', range(0, $id % 7)) . "]}\n";
         }
         $this->files(['rows' => $rows]);
         $this->shell('template batch t rows > one 2> /dev/null');
         [, , $errors] = $this->shell('parallel --will-cite --pipe --keep-order -j2 --block 40k template batch -q --allow-faults t < rows > many');
-        self::assertSame(20, preg_match_all('/^line \d+: /m', $errors), $errors);
-        self::assertSame(20_000, substr_count(file_get_contents('one'), "\n"));
+        self::assertSame($broken, preg_match_all('/^line \d+: /m', $errors), $errors);
+        self::assertSame($broken * 1_000, substr_count(file_get_contents('one'), "\n"));
         self::assertFileEquals('one', 'many');
     }
 

@@ -101,6 +101,12 @@ abstract class CliTestCase extends TestCase
         return (string) @file_get_contents("$this->folder/err");
     }
 
+    /** How much slower than usual PHP is, as under valgrind: so many times fewer cases are tried. */
+    protected static function slowness(): int
+    {
+        return (int) (getenv('TEST_SLOWNESS') ?: 1);
+    }
+
     /** @param array<string, string> $files */
     protected function files(array $files): void
     {

@@ -7,7 +7,7 @@ require __DIR__ . '/../harness.php';
 require __DIR__ . '/../../examples/playground/src/gallery.php';
 require __DIR__ . '/site.php';
 
-$limits = !getenv('TEST_ASAN');   // a sanitized PHP takes memory past the limit's eyes, and time
+$limits = !getenv('TEST_ASAN');   // a sanitized PHP takes its time
 $skipped = 0;
 
 $site = Site::start();

@@ -27,7 +27,9 @@ $tried = $wrong = 0;
 foreach (['array', 'object'] as $kind) {
     foreach (places($kind) as $name => $place) {
         foreach (array_diff_key(acts(), ['exit' => 0, 'die' => 0]) as $act => $do) {
-            $tried++;
+            if (!is_tried(++$tried)) {
+                continue;
+            }
             $seen = $expected = null;
             $fiber = new Fiber(function () use ($place, $kind, $do, &$seen) {
                 $seen = act_at($place, $kind, $do);
@@ -56,7 +58,9 @@ echo "$tried combinations, $wrong wrong\n";
 $ended = $wrong = 0;
 foreach (places('array') as $name => $place) {
     foreach (isset($place['uncalled']) ? [] : ['exit' => 7, 'die' => 255] as $act => $status) {
-        $ended++;
+        if (!is_tried(++$ended)) {
+            continue;
+        }
         $code = 'require ' . var_export(__DIR__ . '/matrix.inc', true) . ';
             register_shutdown_function(function () { echo "\n", plain(); });
             act_at(places("array")[' . var_export($name, true) . '], "array", acts()["' . $act . '"]);
