@@ -2,6 +2,8 @@
 A hidden body is read all the same: its end, its faults and its includes count, its output never
 --EXTENSIONS--
 template
+--INI--
+memory_limit=32M
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -26,7 +28,11 @@ $cases['a name inside of a hidden body'] = ['{optional x}{dynamic r,rows}{dynami
     "Dynamic block bad parameter 'rows': namespace is used already in <FILE>"];
 $cases['never repeated'] = ['a{dynamic x}{rows}{* a::}{/dynamic}b', $data, 'ab', 'Array to string conversion'];
 check($cases);
+
+// What was hidden is gone, and not held against the memory limit.
+var_dump(template(str_repeat('{optional x}' . str_repeat('t{*}', 100) . '{/optional}', 2_000), [], true));
 ?>
 --EXPECT--
 text: as expected
 file: as expected
+string(0) ""

@@ -29,6 +29,8 @@ check([
     'quotes belong to the key' => ["{dynamic map}{optional [*] 'a'}{*}{/optional}{/dynamic}", $data, '2'],
     'empty key' => ['{dynamic map}{optional [*]}{*}{/optional}{/dynamic}', $data, '3'],
     'blanks belong to the key' => ['{dynamic map}{optional [*]  b}{*}{/optional}{/dynamic}', $data, '4'],
+    'a key is compared whole, NUL included' => ["{dynamic m}{optional [*] k}no{/optional}{optional [*] k\0y}yes{/optional}{/dynamic}",
+        ['m' => ["k\0y" => 1]], 'yes'],
     'negative key' => ['{dynamic map}{optional [*] -1}no{/optional}{optional [*] 18446744073709551615}{*}{/optional}{/dynamic}', $data, '5'],
 
     'the body sees the element, not what was tested' => [$of('{optional *::role}{*}{/optional}'), ['rows' => [['role' => 1]]], 'Array',
