@@ -129,14 +129,6 @@ await check('data that is no JSON is told in the words of the browser, which kno
   assert.deepEqual(await page.locator('[aria-invalid=true]').evaluateAll(all => all.map(one => one.id)), ['data'])
 })
 
-await check('an output bomb ends in an error, and it goes on', async page => {
-  const depth = 10
-  await write(page, '{dynamic r}'.repeat(depth) + 'bomb '.repeat(100) + '{/dynamic}'.repeat(depth), JSON.stringify({ r: Array(50).fill(1) }))
-  await becomes(async () => /^Fatal error (Allowed memory size|Maximum execution time)/.test((await complaints(page))[0]), true, 40)
-  await page.fill('#template', 'on and on')
-  await becomes(() => text(page), 'on and on')
-})
-
 await check('a server that is gone is told', async page => {
   await page.route('**/render', route => route.abort())
   await page.fill('#template', 'anybody?')
