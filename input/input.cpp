@@ -56,6 +56,25 @@ const char* findBrace(const char* from, const char* end)
     return from;
 }
 
+bool isLiteralBehindBrace(char byte)
+{
+    // Form feed and vertical tab are no such blanks: behind a brace they open a
+    // tag, and templates may rely on it.
+    return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
+}
+
+// The first brace in [from, end) that is not simply text together with the byte
+// behind it: a tag, two braces that stand for one, or a brace at the end.
+const char* findBraceInText(const char* from, const char* end)
+{
+    const char* brace = findBrace(from, end);
+    while (end - brace >= 2
+        && (*brace == '{' ? isLiteralBehindBrace(brace[1]) : brace[1] != '}')) {
+        brace = findBrace(brace + 1, end);
+    }
+    return brace;
+}
+
 }
 
 Input::Input(const std::string& source, bool stringMode, EngineCall& call)
@@ -116,7 +135,8 @@ bool Input::fillBufferTillMark(std::string& out, char mark)
     while (refill()) {
         const char* const begin = buffer.data() + position;
         const char* const end = buffer.data() + buffer.size();
-        const char* const brace = findBrace(begin, end);
+        const char* const brace
+            = mark == '{' ? findBraceInText(begin, end) : findBrace(begin, end);
         call_.append(out, {begin, brace});
         position = brace - buffer.data();
         if (brace == end) {
@@ -149,21 +169,13 @@ Input::AfterOpen Input::resolveOpenBrace(std::string& out)
         call_.append(out, "{");
         return AfterOpen::TEXT;
     }
-    switch (buffer[position]) {
-    case '{':
-        ++position;
-        [[fallthrough]];
-    case ' ':
-    case '\t':
-    case '\n':
-    case '\r':
-        call_.append(out, "{");
-        return AfterOpen::TEXT;
-    default:
-        // Form feed and vertical tab included: blanks elsewhere, they open a
-        // tag here, and templates may rely on it.
+    const bool escaped = buffer[position] == '{';
+    if (!escaped && !isLiteralBehindBrace(buffer[position])) {
         return AfterOpen::TAG;
     }
+    position += escaped;
+    call_.append(out, "{");
+    return AfterOpen::TEXT;
 }
 
 // A '{' inside a tag takes the rest of the template into the tag, each byte of

@@ -51,10 +51,15 @@ final class Workload
         }
     }
 
-    /** Where templates are looked for: what was written by hand, and what was generated. @return list<string> */
+    /**
+     * Where templates are looked for. Those that include others were generated; sites too have them in the folder
+     * that is searched first.
+     *
+     * @return list<string>
+     */
     public static function templateFolders(string $scratch): array
     {
-        return [self::folder(), $scratch . '/templates'];
+        return [$scratch . '/templates', self::folder()];
     }
 
     /** The absolute name of the template with the ending given. */

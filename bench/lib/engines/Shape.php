@@ -11,7 +11,7 @@ use function template;
 /** String templates that repeat one thing, up to any size: what someone would write to make a call slow. */
 final class Shape implements Engine
 {
-    /** [before, repeated, after, repeated behind that] by what is repeated; a # is a number, another one each time. */
+    /** [before, repeated, after, repeated behind that] by what is repeated; a # is a number, another one at each repetition. */
     public const ALL = [
         '`{{` in the text' => ['', '{{', '', ''],
         '`}` in the text' => ['', '}', '', ''],
@@ -33,6 +33,8 @@ final class Shape implements Engine
         'sections in a row' => ['', '{optional v}x{/optional}', '', ''],
         'sections in each other' => ['', '{dynamic list}', '', '{/dynamic}'],
         'named sections in each other' => ['', '{dynamic #,list}', '', '{/dynamic}'],
+        'tags that name the section around them' => ['', '{dynamic #,list}{#::*}', '', '{/dynamic}'],
+        'tags that name no section' => ['', '{dynamic #,list}{x#::*}', '', '{/dynamic}'],
     ];
 
     private readonly string $text;
