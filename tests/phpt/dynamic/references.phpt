@@ -28,6 +28,8 @@ $data = [
     'each' => [['c' => &$list], ['c' => [3]], ['c' => ['num' => &$num]]],
 ];
 $both = ['num' => [9], 'x' => 1];
+in_folder_with(['file.tpl' => 'no']);
+$file = 'file.tpl';
 
 check([
     'elements of a constant array' => ['{dynamic rows}[{*::n}]{/dynamic}', $data, '[][]'],
@@ -41,7 +43,7 @@ check([
     'num is not looked up in a reference' => ['{dynamic both}{[*]},{/dynamic}', $data, 'num,x,'],
     'an inner section does not follow the reference' => ['{dynamic each}[{dynamic *::c}{*}{/dynamic}]{/dynamic}', $data, '[][3][]'],
     'an element that is a reference does not repeat' => ['{dynamic x}[{dynamic *}{*}{/dynamic}]{/dynamic}', ['x' => [&$list, [5]]], '[][5]'],
-    'an include name that is a reference is no name' => ['a{include f}b', ['f' => &$text], 'ab'],
+    'an include name that is a reference is no name' => ['a{include f}b', ['f' => &$file], 'ab'],
 ]);
 ?>
 --EXPECT--
