@@ -108,6 +108,7 @@ void raiseWarning(void* message)
 }
 #pragma GCC diagnostic pop
 
+// The whole call, the warning included.
 Ending callAndWarn(Arguments arguments, zend_string** result)
 {
     const NestingLevel level(NestingLevel::CALL);

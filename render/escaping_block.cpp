@@ -35,8 +35,9 @@ const ByteEscaper& htmlspecialcharsEscaper(EngineCall& call)
     return escaper;
 }
 
-[[gnu::flatten]] void Template::appendEscaped(const VariableBlock& block, std::string& out, const zval* data,
-    const ByteEscaper& escaper) const
+// Runs for each value, so all that it calls is compiled into it.
+[[gnu::flatten]] void Template::appendEscaped(const VariableBlock& block, std::string& out,
+    const zval* data, const ByteEscaper& escaper) const
 {
     if (!block.sectionPath) {
         block.sectionPath.emplace(block.path);

@@ -50,7 +50,8 @@ bool Template::appendValue(std::string& out, const zval* value) const
         reference.kind == VariableKind::ROOT_VALUE ? findRootValue(reference.path) : nullptr);
 }
 
-inline bool Template::appendCandidate(Candidate& candidate, std::string& out, const zval* data) const
+inline bool Template::appendCandidate(Candidate& candidate, std::string& out,
+    const zval* data) const
 {
     if (candidate.kind == VariableKind::ROOT_VALUE) {
         if (candidate.value != nullptr) {
@@ -70,6 +71,7 @@ inline bool Template::appendCandidate(Candidate& candidate, std::string& out, co
     return value != nullptr && appendValue(out, value);
 }
 
+// Runs for each value, so all that it calls is compiled into it.
 [[gnu::flatten]] void Template::_getResultVariable(MultiVariableBlock& block, std::string& out,
     const zval* data) const
 {

@@ -124,11 +124,12 @@ private:
 
 bool isPlainKey(std::string_view text)
 {
-    bool meaning = false;
     for (const unsigned char byte : text) {
-        meaning |= HAS_MEANING[byte];
+        if (HAS_MEANING[byte]) {
+            return false;
+        }
     }
-    return !meaning;
+    return true;
 }
 
 ReferenceText Template::parseReference(std::string_view argument) const

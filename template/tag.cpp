@@ -44,6 +44,10 @@ constexpr auto ROWS_BY_FIRST_BYTE = [] {
 // and its like being written back as they stand.
 std::string_view trimmed(std::string_view text)
 {
+    // Most tags have no blanks around them.
+    if (text.empty() || (!isBlank(text.front()) && !isBlank(text.back()))) {
+        return text;
+    }
     size_t first = 0;
     size_t last = text.size();
     while (first < last && isBlank(text[first])) {
