@@ -118,7 +118,7 @@ abstract class CliTestCase extends TestCase
 
     protected function waitUntil(Closure $condition, string $what): void
     {
-        $patience = 60; // seconds: it costs nothing where all is well
+        $patience = 300; // seconds: it costs nothing where all is well
         for ($end = microtime(true) + $patience; microtime(true) < $end; usleep(20_000)) {
             clearstatcache();
             if ($condition()) {

@@ -13,12 +13,19 @@ require __DIR__ . '/links.php';
 require __DIR__ . '/messages.php';
 
 $passed = 0;
+$programs = 0;
+$skipped = 0;
 $faults = [];
 foreach (glob('{*.md,docs/*.md,{bench,editors,examples}/README.md,{editors,examples}/*/README.md}', GLOB_BRACE) as $file) {
     $text = file_get_contents($file);
     $count = 0;
     foreach (examples_in($text) as $example) {
         $count++;
+        // A program needs a PHP of its own: fewer are run where that is slow.
+        if ($example->isProgram() && $programs++ % (int) (getenv('TEST_SLOWNESS') ?: 1) > 0) {
+            $skipped++;
+            continue;
+        }
         $fault = fault_of($example);
         $fault === null ? $passed++ : $faults[] = "$file:$example->line: the example does not hold: $fault";
     }
@@ -40,5 +47,5 @@ if ($passed < 100) {
 foreach ($faults as $fault) {
     echo "$fault\n";
 }
-printf("%d passed, %d failed\n", $passed, count($faults));
+printf("%d passed, %d failed, %d skipped\n", $passed, count($faults), $skipped);
 exit($faults === [] ? 0 : 1);

@@ -53,7 +53,8 @@ use_checked_php() {
     export PLAIN_PHP=$PHP REPORTS=$BUILD/checked/reports CHECKER=
     case $1 in
         asan)
-            export ASAN_OPTIONS="log_path=$REPORTS/report" UBSAN_OPTIONS="log_path=$REPORTS/report:print_stacktrace=1"
+            # UndefinedBehaviorSanitizer writes to standard error alone: what it ends is for the other one to report.
+            export ASAN_OPTIONS="log_path=$REPORTS/report:handle_abort=1" UBSAN_OPTIONS=abort_on_error=1:print_stacktrace=1
             ;;
         valgrind)
             make_watched_php
