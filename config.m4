@@ -46,6 +46,7 @@ if test "$PHP_TEMPLATE" != "no"; then
   TEMPLATE_SOURCES="
     input/input.cpp
     module/engine.cpp
+    module/fiber_guard.cpp
     module/message.cpp
     module/module.cpp
     module/php_interface.cpp

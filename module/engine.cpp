@@ -23,6 +23,15 @@ namespace {
 // A call that has taken this much gives it back to the system when it ends.
 constexpr size_t LARGE_CALL = 8 * 1024 * 1024;
 
+// Once it has seen large blocks, the C library keeps tens of megabytes of freed
+// ones for later, beside what PHP's limit knows of.
+void giveBackToSystem()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
+
 // Null, or a fatal error, when the memory limit forbids it.
 void* allocateWithinLimit(size_t size)
 {
@@ -40,13 +49,9 @@ EngineCall::~EngineCall()
     for (const auto& [block, size] : ballast_) {
         efree(block);
     }
-#ifdef __GLIBC__
-    // Once it has seen large blocks, the C library keeps tens of megabytes for
-    // later, which PHP's limit no longer knows of.
     if (UNEXPECTED(covered_ > LARGE_CALL)) {
-        malloc_trim(0);
+        giveBackToSystem();
     }
-#endif
 }
 
 void EngineCall::interrupted()
@@ -67,12 +72,17 @@ void EngineCall::grow(std::string& text, size_t more)
     const size_t grown = held < LARGE ? held * 2 : held + held / 2;
     const size_t capacity = std::max({text.size() + more, grown, SMALL});
     charge(capacity);
-    // reserve() on the text itself would round up to a doubling.
-    std::string larger;
-    larger.reserve(capacity);
-    larger.append(text);
-    text.swap(larger);
+    {
+        // reserve() on the text itself would round up to a doubling.
+        std::string larger;
+        larger.reserve(capacity);
+        larger.append(text);
+        text.swap(larger);
+    }
     discharge(held);
+    if (UNEXPECTED(held > LARGE_CALL / 2)) {
+        giveBackToSystem();
+    }
 }
 
 size_t EngineCall::spareRoom()

@@ -15,6 +15,7 @@
 #include "php.h"
 #include "zend_call_stack.h"
 #include "zend_exceptions.h"
+#include "zend_fibers.h"
 
 extern "C" {
 #include "ext/standard/html.h"

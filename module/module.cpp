@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "module/fiber_guard.h"
 #include "module/message.h"
 #include "module/php_interface.h"
 #include "template/error.h"
@@ -112,6 +113,7 @@ void raiseWarning(void* message)
 Ending callAndWarn(Arguments arguments, zend_string** result)
 {
     const NestingLevel level(NestingLevel::CALL);
+    const FiberGuard fiber;
     if (UNEXPECTED(level.beyondTooDeep())) {
         // Another warning would call its handler again, and so on without end.
         zend_throw_error(nullptr, "Maximum call stack size reached. Infinite recursion?");
