@@ -110,8 +110,14 @@ Input::~Input()
     call_.discharge(charged_);
     // After a fatal error the stream is left to the end of the request: closing
     // it could run user code.
-    if (stream != nullptr && !call_.fatal()) {
-        call_.attempt([&] { php_stream_free(stream, PHP_STREAM_FREE_CLOSE); });
+    if (stream == nullptr || call_.fatal()) {
+        return;
+    }
+    const auto close = [this] { php_stream_free(stream, PHP_STREAM_FREE_CLOSE); };
+    if (plainFile_) {
+        close();
+    } else {
+        call_.attempt(close);
     }
 }
 

@@ -138,9 +138,7 @@ void Template::addBlock(Blocks& blocks, std::unique_ptr<Block> block) const
     add(blocks, std::move(block));
 }
 
-void Template::checkDepth(const NestingLevel& level) const
+void Template::throwTooDeep() const
 {
-    if (level.tooDeep()) {
-        throwError("Template nesting is too deep in ", currentFile());
-    }
+    throwError("Template nesting is too deep in ", currentFile());
 }

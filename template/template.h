@@ -133,7 +133,13 @@ private:
 
     EngineCall& call() const { return phpInterface.engineCall; }
     const std::string& currentFile() const { return fileNames.back(); }
-    void checkDepth(const NestingLevel& level) const;
+    void checkDepth(const NestingLevel& level) const
+    {
+        if (UNEXPECTED(level.tooDeep())) {
+            throwTooDeep();
+        }
+    }
+    [[noreturn]] void throwTooDeep() const;
     void append(std::string& text, std::string_view piece) const { call().append(text, piece); }
     void addBlock(Blocks& blocks, std::unique_ptr<Block> block) const;
     void reserveText(TextBlock& pending);
