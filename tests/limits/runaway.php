@@ -67,6 +67,20 @@ function nested(string $body, int $depth = 12): string
     return str_repeat('{dynamic t}', $depth) . $body . str_repeat('{/dynamic}', $depth);
 }
 
+/** A call in a fiber that is never resumed, and a fatal error meanwhile. */
+function left_in_fiber(string $text): void
+{
+    $value = new class () {
+        public function __toString(): string
+        {
+            return Fiber::suspend();
+        }
+    };
+    $fiber = new Fiber(fn () => template("{dynamic v}$text{*}{/dynamic}", ['v' => [$value]], true));
+    $fiber->start();
+    eval('final class EndlessStream {}');
+}
+
 /** Files that each include the next one twice. */
 function fan_out(string $between): string
 {
@@ -85,10 +99,10 @@ function fan_out(string $between): string
 }
 
 $ten = ['t' => range(1, 10)];
-$large = str_repeat('"', 1000000);
+$large = str_repeat('"', 700000);
 match ($case) {
     'text' => template(nested(str_repeat('x', 1000)), $ten, true),
-    'value' => template('{dynamic r,t}' . nested('{r::*}') . '{/dynamic}', ['t' => array_fill(0, 10, $large)], true),
+    'value' => template('{dynamic r,t}' . nested('{r::*}', 4) . '{/dynamic}', ['t' => array_fill(0, 10, $large)], true),
     'escaped value' => template(nested('{htmlentities *}', 5), ['t' => array_fill(0, 10, $large)], true),
     'folded value' => template(str_repeat('{v}', 1000), ['v' => $large], true),
     'escaped once' => template('{rawurlencode v}', ['v' => str_repeat('%', 25000000)], true),
@@ -104,4 +118,5 @@ match ($case) {
     'idle conditions' => template(nested('{optional t::*::x}y{/optional}'), $ten, true),
     'endless stream' => template('endless://text', []),
     'silent stream' => template('endless://silent', []),
+    'fiber' => left_in_fiber($large),
 };

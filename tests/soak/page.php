@@ -62,6 +62,12 @@ function acted(string $place, Closure $act): string
     if ($place === 'string') {
         return rendered($act);
     }
+    if ($place === 'fiber') {
+        // what the main program does while the call in the fiber waits
+        $fiber = new Fiber(fn () => rendered(fn () => Fiber::suspend()));
+        $fiber->start();
+        return (string) $act();
+    }
     if ($place === 'notice' || $place === 'warning') {
         set_error_handler($act);
         return template('{dynamic r,l}text{*}' . ($place === 'notice' ? '' : '{a::}') . '{/dynamic}', ['l' => $place === 'notice' ? [[1]] : [1]], true) ?? 'null';
