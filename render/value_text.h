@@ -18,7 +18,6 @@ class ValueText final {
 public:
     // No value at all, which is not the same as an empty text.
     ValueText() = default;
-    explicit ValueText(std::string_view text) : text_(text), exists_(true) {}
     // Follows a PHP reference and a declared property's slot; an unset slot has
     // no value. Other types go through PHP's own conversion, which can run user
     // code: throws CallAbandoned when that ends the call.
