@@ -45,6 +45,7 @@ if test "$PHP_TEMPLATE" != "no"; then
 
   TEMPLATE_SOURCES="
     input/input.cpp
+    input/plain_file.cpp
     module/engine.cpp
     module/fiber_guard.cpp
     module/message.cpp
@@ -69,7 +70,6 @@ if test "$PHP_TEMPLATE" != "no"; then
     template/variable_block.cpp
   "
 
-  TEMPLATE_CXXFLAGS="-std=c++23 -fvisibility=hidden -fvisibility-inlines-hidden"
   PHP_NEW_EXTENSION([template],
     [$TEMPLATE_SOURCES],
     [$ext_shared],,

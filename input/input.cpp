@@ -12,10 +12,10 @@
 namespace {
 
 constexpr size_t CHUNK_SIZE = 4092;
-// Of an ordinary file, where nobody sees how much is asked for: most templates
-// fit into the first chunk, the others are long.
-constexpr size_t FIRST_FILE_CHUNK_SIZE = 2 * CHUNK_SIZE;
-constexpr size_t LARGE_CHUNK_SIZE = 8 * CHUNK_SIZE;
+// Of a plain file, where nobody sees how much is asked for: most templates fit
+// into the first chunk, the others are long.
+constexpr size_t FIRST_FILE_CHUNK_SIZE = 8192;
+constexpr size_t LARGE_CHUNK_SIZE = 4 * FIRST_FILE_CHUNK_SIZE;
 // What a file says of its size is no promise.
 constexpr size_t LARGEST_EXPECTED_FILE = 1024 * 1024;
 
@@ -85,23 +85,21 @@ Input::Input(const std::string& source, bool stringMode, EngineCall& call)
         return;
     }
     // The engine would open the name up to its first NUL, another file.
-    if (source.find('\0') == std::string::npos) {
-        call_.attempt([&] {
-            stream = php_stream_open_wrapper_ex(source.c_str(), "rb", USE_PATH, nullptr, nullptr);
-        });
-        if (call_.fatal()) {
-            throw CallAbandoned();
-        }
+    if (source.find('\0') == std::string::npos && !file_.open(source, call_)) {
+        openStream(source);
     }
-    if (stream == nullptr) {
+    if (stream == nullptr && !file_.isOpen()) {
         throw std::runtime_error("Could not open file " + source);
     }
-    // An ordinary file is read right into the buffer. Others stay as they are:
-    // their wrappers can see how much is asked for.
-    plainFile_ = stream->wrapper == &php_plain_files_wrapper
-        && php_stream_is(stream, PHP_STREAM_IS_STDIO);
-    if (plainFile_) {
-        stream->flags |= PHP_STREAM_FLAG_NO_BUFFER;
+}
+
+void Input::openStream(const std::string& source)
+{
+    call_.attempt([&] {
+        stream = php_stream_open_wrapper_ex(source.c_str(), "rb", USE_PATH, nullptr, nullptr);
+    });
+    if (call_.fatal()) {
+        throw CallAbandoned();
     }
 }
 
@@ -110,14 +108,8 @@ Input::~Input()
     call_.discharge(charged_);
     // After a fatal error the stream is left to the end of the request: closing
     // it could run user code.
-    if (stream == nullptr || call_.fatal()) {
-        return;
-    }
-    const auto close = [this] { php_stream_free(stream, PHP_STREAM_FREE_CLOSE); };
-    if (plainFile_) {
-        close();
-    } else {
-        call_.attempt(close);
+    if (stream != nullptr && !call_.fatal()) {
+        call_.attempt([this] { php_stream_free(stream, PHP_STREAM_FREE_CLOSE); });
     }
 }
 
@@ -216,7 +208,7 @@ bool Input::fetchStream()
         buffer.clear();
         return false;
     }
-    if (!plainFile_) {
+    if (!file_.isOpen()) {
         readChunk<CHUNK_SIZE>();
     } else if (!std::exchange(started_, true)) {
         readChunk<FIRST_FILE_CHUNK_SIZE>();
@@ -243,6 +235,9 @@ void Input::readChunk()
 // How much was read; what cannot be read is nothing.
 size_t Input::read(char* to, size_t size)
 {
+    if (file_.isOpen()) {
+        return file_.read(to, size, call_);
+    }
     ssize_t count = 0;
     call_.run([&] { count = php_stream_read(stream, to, size); });
     return std::max<ssize_t>(count, 0);
@@ -258,7 +253,7 @@ size_t Input::expectedSize()
     if (stringMode) {
         return buffer.size();
     }
-    if (!plainFile_) {
+    if (!file_.isOpen()) {
         return CHUNK_SIZE;
     }
     if (!started_) {
@@ -267,16 +262,13 @@ size_t Input::expectedSize()
     if (buffer.size() < FIRST_FILE_CHUNK_SIZE) {
         return buffer.size();
     }
-    php_stream_statbuf status{};
-    call_.run([&] { php_stream_stat(stream, &status); });
-    return std::clamp<zend_off_t>(status.sb.st_size, buffer.size(), LARGEST_EXPECTED_FILE);
+    return std::clamp(file_.size(), buffer.size(), LARGEST_EXPECTED_FILE);
 }
 
 bool Input::atEndOfStream()
 {
-    // Nobody but a read() changes this of an ordinary file.
-    if (plainFile_) {
-        return stream->eof;
+    if (file_.isOpen()) {
+        return file_.atEnd();
     }
     bool atEnd = false;
     call_.run([&] { atEnd = php_stream_eof(stream); });

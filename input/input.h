@@ -8,15 +8,16 @@
 #include <string_view>
 #include <vector>
 
+#include "input/plain_file.h"
 #include "module/engine.h"
 
 class Input final {
 public:
-    // Reads the string `source` itself (string mode), or the file that it names,
-    // opened through PHP's streams with the include path searched. Throws
-    // std::runtime_error "Could not open file …" when no stream results, also for
-    // a name with a NUL byte, and CallAbandoned when a fatal error came up. The
-    // call is borrowed and shared with everything that runs inside it.
+    // Reads the string `source` itself (string mode), or what it names for PHP's
+    // streams, with the include path searched. Throws std::runtime_error "Could not
+    // open file …" when that cannot be opened, also for a name with a NUL byte, and
+    // CallAbandoned when a fatal error came up. The call is borrowed and shared with
+    // everything that runs inside it.
     Input(const std::string& source, bool stringMode, EngineCall& call);
     Input(const Input&) = delete;
     Input& operator=(const Input&) = delete;
@@ -45,6 +46,7 @@ public:
 
     bool stringMode;
     bool ended = false;
+    // None also where the file is read without one.
     php_stream* stream = nullptr;
     size_t position = 0;
     std::vector<char> buffer;
@@ -52,6 +54,7 @@ public:
 private:
     enum class AfterOpen { TAG, TEXT };
 
+    void openStream(const std::string& source);
     bool refill() { return position < buffer.size() || fetchNonEmpty(); }
     bool fetchNonEmpty();
     AfterOpen resolveOpenBrace(std::string& out);
@@ -62,8 +65,7 @@ private:
     size_t read(char* to, size_t size);
 
     EngineCall& call_;
-    // The stream is a file of the file system, without buffer or filters.
-    bool plainFile_ = false;
+    PlainFile file_;
     bool started_ = false;
     // For a large chunk.
     size_t charged_ = 0;

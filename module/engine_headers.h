@@ -18,6 +18,7 @@
 #include "zend_fibers.h"
 
 extern "C" {
+#include "ext/standard/file.h"
 #include "ext/standard/html.h"
 #include "ext/standard/php_string.h"
 #include "ext/standard/url.h"

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr size_t CHUNK = 4092;
+constexpr size_t CHUNK = 8192;
 
 // Everything that is read, as the analysis reads it: a tag stands in <>, one
 // that the input's end cuts off in <$.
@@ -101,7 +101,7 @@ TEST(StringInput, AppendsAndEndsWhenItsTextIsUsedUp)
 TEST_F(FileInput, ReadsWhatAStringReadsAtEveryChunkBoundary)
 {
     // The first chunk, and the larger one that follows it.
-    for (const size_t boundary : {2 * CHUNK, 10 * CHUNK}) {
+    for (const size_t boundary : {CHUNK, 5 * CHUNK}) {
         for (const auto& [text, read] : CASES) {
             for (size_t before = 0; before <= text.size() + 1; ++before) {
                 const size_t filler = boundary - before;
@@ -129,9 +129,9 @@ TEST(StringInput, FindsBracesAmongTheirNeighbours)
 
 TEST_F(FileInput, FetchesOneChunkThenLargeOnesAndThenNothing)
 {
-    Input& input = open(std::string(18 * CHUNK + 7, 'x'));
+    Input& input = open(std::string(9 * CHUNK + 7, 'x'));
     EXPECT_TRUE(input.buffer.empty());
-    for (const size_t size : {2 * CHUNK, 8 * CHUNK, 8 * CHUNK, size_t{7}}) {
+    for (const size_t size : {CHUNK, 4 * CHUNK, 4 * CHUNK, size_t{7}}) {
         EXPECT_FALSE(input.exhausted());
         EXPECT_TRUE(input.fetchStream());
         EXPECT_EQ(input.buffer.size(), size);

@@ -1,0 +1,88 @@
+#include "input/plain_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace {
+
+// PHP's own, as it was when the module was loaded. There are extensions that put
+// theirs in its place, to read files in another way.
+const php_stream_wrapper_ops* const PLAIN_FILES = php_plain_files_wrapper.wops;
+
+// No wrapper, neither one of PHP's nor of the program's, is asked for this name.
+bool isPlainName(const std::string& name)
+{
+    // A wrapper of the program's may also stand in the include path, which an
+    // absolute name is not searched in, or have taken the place of that of files.
+    return !name.empty() && name.find(':') == std::string::npos
+        && (FG(stream_wrappers) == nullptr
+            || (name.front() == '/'
+                && php_stream_locate_url_wrapper(name.c_str(), nullptr, 0)
+                    == &php_plain_files_wrapper))
+        && php_plain_files_wrapper.wops == PLAIN_FILES;
+}
+
+}
+
+PlainFile::~PlainFile()
+{
+    if (isOpen()) {
+        close(descriptor_);
+    }
+}
+
+bool PlainFile::open(const std::string& name, EngineCall& call)
+{
+    if (!isPlainName(name)) {
+        return false;
+    }
+    const EngineString path = call.makeString(
+        [&] { return php_resolve_path(name.data(), name.size(), PG(include_path)); });
+    // The include path may have led into an archive.
+    if (path.get() == nullptr || ZSTR_VAL(path.get())[0] != '/') {
+        return false;
+    }
+    bool allowed = false;
+    call.run([&] { allowed = php_check_open_basedir_ex(ZSTR_VAL(path.get()), false) == 0; });
+    if (allowed) {
+        descriptor_ = ::open(ZSTR_VAL(path.get()), O_RDONLY | O_CLOEXEC);
+    }
+    return isOpen();
+}
+
+size_t PlainFile::read(char* to, size_t size, EngineCall& call)
+{
+    size_t total = 0;
+    while (total < size) {
+        const ssize_t count = ::read(descriptor_, to + total, size - total);
+        if (count <= 0) {
+            // A signal may have brought the time limit: the reader looks at that.
+            atEnd_ = count == 0 || errno != EINTR;
+            if (count < 0 && atEnd_) {
+                notice(size, call);
+            }
+            break;
+        }
+        total += count;
+    }
+    return total;
+}
+
+// What PHP's streams say of a file that cannot be read, such as a folder.
+void PlainFile::notice(size_t size, EngineCall& call)
+{
+    const int error = errno;
+    call.run([&] {
+        php_error_docref(nullptr, E_NOTICE, "Read of %zu bytes failed with errno=%d %s", size, error,
+            std::strerror(error));
+    });
+}
+
+size_t PlainFile::size() const
+{
+    struct stat status {};
+    return fstat(descriptor_, &status) == 0 ? status.st_size : 0;
+}
