@@ -35,7 +35,7 @@ void Template::analyzeDynamicBlock(Blocks& blocks, PendingText& text, std::strin
         }
         // A section that will render nothing does not take its name either.
         block = std::make_unique<DynamicBlock>(array != nullptr ? std::move(name) : std::string(),
-            std::string(), std::deque<std::string>(), reversed);
+            std::string(), PathText().keys(), reversed);
         block->data = array;
         block->isActive = array != nullptr;
     }

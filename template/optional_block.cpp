@@ -62,16 +62,18 @@ void Template::analyzeOptionalBlock(Blocks& blocks, PendingText& text, std::stri
         break;
     }
 
-    auto block = std::make_unique<OptionalBlock>(std::string(reference.namespaceName),
-        reference.path.keys(), optionalType, std::move(compareValue), negated);
-    OptionalBlock& section = *block;
     if (shown) {
+        auto block = std::make_unique<OptionalBlock>(std::string(reference.namespaceName),
+            reference.path.keys(), optionalType, std::move(compareValue), negated);
+        OptionalBlock& section = *block;
         addBlock(blocks, std::move(block));
         _analyzeTemplate(section.blocks, text, Block::OPTIONAL_END);
     } else {
         const size_t charged = call().charged();
-        _analyzeTemplate(section.blocks, text, Block::OPTIONAL_END);
-        block.reset();
+        {
+            Blocks hidden;
+            _analyzeTemplate(hidden, text, Block::OPTIONAL_END);
+        }
         call().dischargeTo(charged);
     }
 }

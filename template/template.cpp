@@ -72,7 +72,7 @@ void Template::_analyzeTemplate(Blocks& blocks, PendingText& text, Block::BlockT
             return;
         }
     }
-    storeTextBlock(blocks, text);
+    store(blocks, text, AFTERWARDS_END);
     if (closing != Block::VARIABLE) {
         throwError("Missing closing tag in ", currentFile());
     }
@@ -124,12 +124,28 @@ bool Template::analyzeTag(Blocks& blocks, PendingText& text, Block::BlockType cl
 
 void Template::storeTextBlock(Blocks& blocks, PendingText& text) const
 {
-    if (!text->text.empty()) {
-        call().charge(TEXT_BLOCK_BYTES);
-        auto fresh = std::make_unique<TextBlock>();
-        add(blocks, std::move(text));
-        text = std::move(fresh);
+    store(blocks, text, AFTERWARDS_TEXT);
+}
+
+void Template::store(Blocks& blocks, PendingText& text, Afterwards afterwards) const
+{
+    constexpr size_t SHORT = 8 * 1024;
+    const size_t size = text->text.size();
+    if (size == 0) {
+        return;
     }
+    call().charge(TEXT_BLOCK_BYTES);
+    auto fresh = std::make_unique<TextBlock>();
+    if (afterwards == AFTERWARDS_TEXT && size <= SHORT) {
+        // The tree gets a text of its own size, and the room that this one has
+        // grown in goes to the next.
+        call().charge(size);
+        fresh->text.assign(text->text);
+        fresh->text.swap(text->text);
+        fresh->text.clear();
+    }
+    add(blocks, std::move(text));
+    text = std::move(fresh);
 }
 
 void Template::addBlock(Blocks& blocks, std::unique_ptr<Block> block) const

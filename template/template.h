@@ -141,6 +141,9 @@ private:
     }
     [[noreturn]] void throwTooDeep() const;
     void append(std::string& text, std::string_view piece) const { call().append(text, piece); }
+    // What comes behind a text that is stored.
+    enum Afterwards { AFTERWARDS_TEXT, AFTERWARDS_END };
+    void store(Blocks& blocks, PendingText& text, Afterwards afterwards) const;
     void addBlock(Blocks& blocks, std::unique_ptr<Block> block) const;
     void reserveText(TextBlock& pending);
 
