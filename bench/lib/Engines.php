@@ -13,6 +13,7 @@ final class Engines
         'ours' => 'template()',
         'twig' => 'Twig',
         'smarty' => 'Smarty',
+        'files' => 'its files, read',
         'copy' => 'one copy',
     ];
 

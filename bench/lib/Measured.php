@@ -113,6 +113,7 @@ final class Measured
             'hand', 'jit' => new engines\HandWritten($workload, $data),
             'twig' => new engines\Twig($workload, $data, $this->scratch),
             'smarty' => new engines\Smarty($workload, $data, $this->scratch),
+            'files' => new engines\Files($workload, $data),
             'copy' => new engines\Copy($workload, $data),
         };
     }
