@@ -11,16 +11,16 @@ namespace {
 constexpr std::string_view BAD_PARAMETER = "Include block bad parameter '";
 constexpr std::string_view NOT_OPENED = "Could not open file";
 
-// Moves the chain of file names into the included file's template, and back
-// when that is done, well or not: in string mode the chain holds the whole
-// template's text, so copying it at each include would cost the square of it.
+// Moves the chain of file names into the included file's template, before its own
+// name, and back when that is done, well or not: in string mode the chain holds
+// the whole template's text, so copying it at each include would cost the square
+// of it.
 class LentFileNames {
 public:
-    LentFileNames(std::vector<std::string>& lender, std::vector<std::string>& borrower,
-        std::string fileName)
+    LentFileNames(std::vector<std::string>& lender, std::vector<std::string>& borrower)
         : lender_(lender), borrower_(borrower)
     {
-        lender_.push_back(std::move(fileName));
+        lender_.push_back(std::move(borrower_.back()));
         borrower_.swap(lender_);
     }
     LentFileNames(const LentFileNames&) = delete;
@@ -79,8 +79,8 @@ void Template::analyzeIncludedFile(Blocks& blocks, PendingText& pendingText,
     std::string fileName) const
 {
     {
-        Template included(fileName, phpInterface, false);
-        const LentFileNames lent(fileNames, included.fileNames, std::move(fileName));
+        Template included(std::move(fileName), phpInterface, false);
+        const LentFileNames lent(fileNames, included.fileNames);
         included.reserveText(*pendingText);
         included._analyzeTemplate(blocks, pendingText, Block::VARIABLE);
     }
