@@ -121,11 +121,10 @@ private:
 
     unsigned mayChange(__m128i block) const
     {
-        __m128i found = _mm_and_si128(block, nonAscii_);
-        for (const __m128i& changing : changing_) {
-            found = _mm_or_si128(found, _mm_cmpeq_epi8(block, changing));
-        }
-        return static_cast<unsigned>(_mm_movemask_epi8(found));
+        const auto is = [&](size_t i) { return _mm_cmpeq_epi8(block, changing_[i]); };
+        const __m128i found = _mm_or_si128(_mm_or_si128(is(0), is(1)), _mm_or_si128(is(2), is(3)));
+        return static_cast<unsigned>(
+            _mm_movemask_epi8(_mm_or_si128(found, _mm_and_si128(block, nonAscii_))));
     }
 
     // Sixteen bytes are looked at together when few ASCII bytes change, and the

@@ -1,25 +1,20 @@
 // Repeated sections, while rendering. User code can run between two elements
 // (printing an object does), so what is iterated is held meanwhile.
-#include <algorithm>
-#include <charconv>
-#include <iterator>
-
 #include "template/template.h"
 
 namespace {
 
-// The key at the position as text. An integer is read as unsigned: key -1 has
-// always come out as 18446744073709551615, and templates compare with it.
-void assignKey(std::string& key, HashTable* table, const HashPosition& position)
+// A key as text: `text`, or the number if there is none. An integer is read as
+// unsigned: key -1 has always come out as 18446744073709551615, and templates
+// compare with it.
+void assignKey(std::string& key, const zend_string* text, zend_ulong number)
 {
-    zend_string* text;
-    zend_ulong number;
-    if (zend_hash_get_current_key_ex(table, &text, &number, &position) == HASH_KEY_IS_STRING) {
+    if (text != nullptr) {
         key.assign(ZSTR_VAL(text), ZSTR_LEN(text));
         return;
     }
-    char digits[24];
-    key.assign(digits, std::to_chars(std::begin(digits), std::end(digits), number).ptr);
+    Digits digits;
+    key.assign(decimal(number, digits));
 }
 
 // When so many elements have been rendered, room is made for all, as if they went
@@ -86,21 +81,29 @@ const zval* Template::valueToIterate(DynamicBlock& block, const zval* data) cons
 void Template::renderElements(DynamicBlock& block, std::string& out, HashTable* table,
     bool reversed)
 {
-    const auto first
-        = reversed ? zend_hash_internal_pointer_end_ex : zend_hash_internal_pointer_reset_ex;
-    const auto advance = reversed ? zend_hash_move_backwards_ex : zend_hash_move_forward_ex;
     const size_t before = out.size();
     size_t rendered = 0;
-    HashPosition position = 0;
-    first(table, &position);
-    while (const zval* element = zend_hash_get_current_data_ex(table, &position)) {
+    const auto render = [&](zend_ulong number, const zend_string* text, const zval* element) {
         call().checkTime();
-        assignKey(block.currentKey, table, position);
+        assignKey(block.currentKey, text, number);
         block.currentData = element;
         _getResult(block.blocks, out, element);
         if (++rendered == SAMPLE) {
             foresee(call(), out, before, zend_hash_num_elements(table));
         }
-        advance(table, &position);
+    };
+    // The engine's loops are compiled in here, and need a table that stays as it
+    // is, which a held one does.
+    zend_ulong number;
+    zend_string* text;
+    zval* element;
+    if (reversed) {
+        ZEND_HASH_REVERSE_FOREACH_KEY_VAL(table, number, text, element) {
+            render(number, text, element);
+        } ZEND_HASH_FOREACH_END();
+    } else {
+        ZEND_HASH_FOREACH_KEY_VAL(table, number, text, element) {
+            render(number, text, element);
+        } ZEND_HASH_FOREACH_END();
     }
 }

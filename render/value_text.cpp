@@ -1,8 +1,5 @@
 #include "render/value_text.h"
 
-#include <charconv>
-#include <iterator>
-
 ValueText::ValueText(EngineCall& call, const zval* value)
 {
     if (UNEXPECTED(Z_TYPE_P(value) == IS_INDIRECT)) {
@@ -18,8 +15,7 @@ ValueText::ValueText(EngineCall& call, const zval* value)
         text_ = stringText(value);
         break;
     case IS_LONG:
-        text_ = {digits_,
-            std::to_chars(std::begin(digits_), std::end(digits_), Z_LVAL_P(value)).ptr};
+        text_ = decimal(Z_LVAL_P(value), digits_);
         break;
     case IS_NULL:
     case IS_FALSE:

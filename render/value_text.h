@@ -2,6 +2,7 @@
 #ifndef TEMPLATE_RENDER_VALUE_TEXT_H
 #define TEMPLATE_RENDER_VALUE_TEXT_H
 
+#include <iterator>
 #include <string_view>
 
 #include "module/engine.h"
@@ -10,6 +11,23 @@
 inline std::string_view stringText(const zval* value)
 {
     return {Z_STRVAL_P(value), std::strlen(Z_STRVAL_P(value))};
+}
+
+// Holds the decimal text of any integer.
+using Digits = char[24];
+
+// The decimal text of a number, in `digits`. For each number std::to_chars() copies
+// a table of 201 bytes to the stack first.
+inline std::string_view decimal(zend_ulong number, Digits& digits)
+{
+    char* const end = std::end(digits) - 1;
+    return {zend_print_ulong_to_buf(end, number), end};
+}
+
+inline std::string_view decimal(zend_long number, Digits& digits)
+{
+    char* const end = std::end(digits) - 1;
+    return {zend_print_long_to_buf(end, number), end};
 }
 
 // The text of a value up to its first NUL. Strings are borrowed from the value,
@@ -34,7 +52,7 @@ private:
     std::string_view text_;
     bool exists_ = false;
     EngineString converted_;
-    char digits_[24];
+    Digits digits_;
 };
 
 #endif

@@ -1,7 +1,4 @@
 // The variable tag, while rendering: its references are tried in turn.
-#include <charconv>
-#include <limits>
-
 #include "template/template.h"
 
 namespace {
@@ -31,9 +28,8 @@ bool Template::appendValue(std::string& out, const zval* value) const
         return true;
     }
     if (Z_TYPE_P(value) == IS_LONG) {
-        constexpr size_t LONGEST = std::numeric_limits<zend_long>::digits10 + 2;
-        call().write(out, LONGEST,
-            [&](char* to) { return std::to_chars(to, to + LONGEST, Z_LVAL_P(value)).ptr; });
+        Digits digits;
+        append(out, decimal(Z_LVAL_P(value), digits));
         return true;
     }
     const ValueText text(call(), value);
@@ -75,7 +71,19 @@ inline bool Template::appendCandidate(Candidate& candidate, std::string& out,
 [[gnu::flatten]] void Template::_getResultVariable(MultiVariableBlock& block, std::string& out,
     const zval* data) const
 {
-    for (size_t i = 0; i < block.variables.size(); ++i) {
+    // Mostly the first reference yields the value, and did so for the element before.
+    const bool knowsFirst = block.remembered == 0;
+    if (EXPECTED(knowsFirst) && EXPECTED(appendCandidate(block.candidates.front(), out, data))) {
+        return;
+    }
+    appendFirstOf(block, knowsFirst ? 1 : 0, out, data);
+}
+
+// Of the references from `next` on, the first that yields a value, or the default.
+[[gnu::noinline]] void Template::appendFirstOf(MultiVariableBlock& block, size_t next,
+    std::string& out, const zval* data) const
+{
+    for (size_t i = next; i < block.variables.size(); ++i) {
         if (UNEXPECTED(i == block.candidates.size())) {
             takeApartNext(block);
         }

@@ -185,6 +185,8 @@ private:
         return section.currentKey.c_str();
     }
     void takeApartNext(MultiVariableBlock& block) const;
+    void appendFirstOf(MultiVariableBlock& block, size_t next, std::string& out,
+        const zval* data) const;
     bool appendCandidate(Candidate& candidate, std::string& out, const zval* data) const;
     bool appendValue(std::string& out, const zval* value) const;
     void appendEscaped(const VariableBlock& block, std::string& out, const zval* data,
