@@ -92,22 +92,11 @@ private:
     }
 
 #ifdef __SSE2__
-    // Sixteen bytes at a time up to the next one that may change, as long as there
-    // are so many; the last ones are looked at in a place of their own.
+    // Sixteen bytes at a time up to the next one that may change.
     char* escapeBlocks(const char* from, const char* end, char* to) const
     {
         constexpr ptrdiff_t BLOCK = sizeof(__m128i);
-        char last[BLOCK] = {};
-        while (from < end) {
-            ptrdiff_t size = end - from;
-            const char* source = from;
-            if (size >= BLOCK) {
-                size = BLOCK;
-            } else {
-                copyShort({from, end}, last);
-                source = last;
-            }
-            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source));
+        const auto pass = [&](__m128i block, ptrdiff_t size) {
             _mm_storeu_si128(reinterpret_cast<__m128i*>(to), block);
             const ptrdiff_t clean = std::min<ptrdiff_t>(size, std::countr_zero(mayChange(block)));
             from += clean;
@@ -115,8 +104,38 @@ private:
             if (clean < size) {
                 to = escapeByte(*from++, to);
             }
+        };
+        while (end - from >= BLOCK) {
+            pass(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)), BLOCK);
+        }
+        while (from < end) {
+            pass(loadShort(from, end - from), end - from);
         }
         return to;
+    }
+
+    // One to fifteen bytes with zeros behind them. Put together in registers: in
+    // memory, loading the block would have to wait for the bytes to be stored.
+    static __m128i loadShort(const char* from, size_t size)
+    {
+        const auto load = [](const char* at, auto value) {
+            std::memcpy(&value, at, sizeof value);
+            return uint64_t{value};
+        };
+        // Two pieces that overlap, or the same twice.
+        const auto join = [&](auto piece) {
+            return load(from, piece)
+                | load(from + size - sizeof piece, piece) << 8 * (size - sizeof piece);
+        };
+        if (size >= 8) {
+            const uint64_t last = load(from + size - 8, uint64_t{});
+            return _mm_set_epi64x(static_cast<int64_t>(last >> 8 * (15 - size) >> 8),
+                static_cast<int64_t>(load(from, uint64_t{})));
+        }
+        const uint64_t joined = size >= 4 ? join(uint32_t{})
+            : size >= 2                   ? join(uint16_t{})
+                                          : join(uint8_t{});
+        return _mm_set_epi64x(0, static_cast<int64_t>(joined));
     }
 
     unsigned mayChange(__m128i block) const
