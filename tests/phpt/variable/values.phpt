@@ -54,6 +54,21 @@ foreach ($values as $kind => [$value, $expected]) {
     }
     unset($value);
 }
+// A text ends at its first NUL, wherever that is.
+for ($length = 0; $length <= 40; $length++) {
+    $text = substr('A text & more of it, <b>longer</b> than any other value here', 0, $length);
+    $values = [$text];
+    for ($nul = 0; $nul < $length; $nul++) {
+        $values[] = substr_replace($text, "\0", $nul, 1);
+        $values[] = substr_replace($values[1], "\0", $nul, 1);
+    }
+    $expected = array_map(fn (string $value): string => strstr("$value\0", "\0", true), $values);
+    $cases["NUL in $length bytes"] = [
+        '{dynamic list}{*};{/dynamic}{dynamic list}{htmlspecialchars *};{/dynamic}',
+        ['list' => $values],
+        implode(array_map(fn (string $text): string => "$text;", [...$expected, ...array_map(htmlspecialchars(...), $expected)])),
+    ];
+}
 check_as_text($cases);
 
 // What has no text makes PHP throw, and the call is over.
