@@ -19,16 +19,13 @@ int openToRead(const char* path)
     return ::open(path, O_RDONLY | O_CLOEXEC);
 }
 
-// No wrapper, neither one of PHP's nor of the program's, is asked for this name.
+// No wrapper, neither one of PHP's nor of the program's, is asked for this name,
+// unless one stands in the include path.
 bool isPlainName(const std::string& name)
 {
-    // A wrapper of the program's may also stand in the include path, which an
-    // absolute name is not searched in, or have taken the place of that of files.
     return !name.empty() && name.size() < MAXPATHLEN && name.find(':') == std::string::npos
         && (FG(stream_wrappers) == nullptr
-            || (name.front() == '/'
-                && php_stream_locate_url_wrapper(name.c_str(), nullptr, 0)
-                    == &php_plain_files_wrapper))
+            || php_stream_locate_url_wrapper(name.c_str(), nullptr, 0) == &php_plain_files_wrapper)
         && php_plain_files_wrapper.wops == PLAIN_FILES;
 }
 
@@ -99,7 +96,9 @@ bool PlainFile::open(const std::string& name, EngineCall& call)
     if (!restricted) {
         descriptor_ = openAlongIncludePath(name);
     }
-    if (!isOpen()) {
+    // Where the program has wrappers of its own, PHP may ask one of them, and it is
+    // not to be asked twice: the stream asks as well.
+    if (!isOpen() && FG(stream_wrappers) == nullptr) {
         descriptor_ = openWherePhpFinds(name, call);
     }
     return isOpen();
