@@ -5,10 +5,11 @@ declare(strict_types=1);
 namespace Bench;
 
 /**
- * All engines on the same workloads. A run has a process for each engine; in each round every engine in turn
- * renders for some milliseconds, so that whatever else the machine does hits them alike. What stays the same
- * through the life of a process (where its memory came to lie) moves single runs by up to a fifth: hence several
- * runs, each with processes of its own, and the ratio to hand-written PHP as the median of the runs' ratios.
+ * All engines on the same workloads. A run has a process for each engine and workload; in each round every engine
+ * in turn renders for some milliseconds, so that whatever else the machine does hits them alike. What stays the same
+ * through the life of a process (where its memory came to lie, also by what it has rendered before) moves single
+ * runs by up to a fifth, and more: hence several runs, each with processes of its own, and the ratio to hand-written
+ * PHP as the median of the runs' ratios.
  */
 final class SideBySide implements Section
 {
@@ -46,8 +47,8 @@ final class SideBySide implements Section
         $times = [];
         for ($run = 1; $run <= $this->runs; $run++) {
             Progress::say("run $run of $this->runs");
-            $workers = $this->workers();
             foreach ($this->workloads as $workload) {
+                $workers = $this->workers();
                 Outputs::prepare($workers, $workload);
                 foreach ($this->rounds($workers) as $engine => $list) {
                     $times[$workload][$engine][] = $list;
