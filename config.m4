@@ -31,56 +31,35 @@ if test "$PHP_TEMPLATE" != "no"; then
   AC_MSG_CHECKING([whether $CXX has what we use of C++23])
   old_CXXFLAGS=$CXXFLAGS
   CXXFLAGS="$CXXFLAGS $TEMPLATE_CXXFLAGS"
-  AC_COMPILE_IFELSE([AC_LANG_SOURCE([
+  dnl The last line is beyond clang 16 and 17 with the library of g++ 14.
+  AC_COMPILE_IFELSE([AC_LANG_PROGRAM([[
 #include <string>
-#ifndef __cpp_lib_string_resize_and_overwrite
-#error too old
-#endif
-  ])],
+#include <string_view>
+#include <unordered_map>
+  ]], [[
+    std::string text;
+    text.resize_and_overwrite(8, [](char *, std::size_t most) { return most; });
+    std::unordered_map<std::string_view, int>().try_emplace(std::string_view(text), 1);
+  ]])],
     [AC_MSG_RESULT([yes])],
     [AC_MSG_RESULT([no])
-     AC_MSG_ERROR([this extension needs a C++23 compiler and library: g++ 12, clang 16 or newer; name yours with CXX])])
+     AC_MSG_ERROR([this extension needs a C++23 compiler and library: g++ 12, clang 18 or newer; name yours with CXX])])
   CXXFLAGS=$old_CXXFLAGS
   AC_LANG_POP([C++])
 
-  TEMPLATE_SOURCES="
-    input/input.cpp
-    input/plain_file.cpp
-    module/engine.cpp
-    module/fiber_guard.cpp
-    module/message.cpp
-    module/module.cpp
-    module/php_interface.cpp
-    render/compiled_path.cpp
-    render/dynamic_block.cpp
-    render/escaping_block.cpp
-    render/lookup.cpp
-    render/optional_block.cpp
-    render/render.cpp
-    render/value_text.cpp
-    render/variable_block.cpp
-    template/dynamic_block.cpp
-    template/error.cpp
-    template/escaping_block.cpp
-    template/include_block.cpp
-    template/optional_block.cpp
-    template/reference.cpp
-    template/tag.cpp
-    template/template.cpp
-    template/variable_block.cpp
-  "
+  dnl A folder for each part of the engine, and all that is in it.
+  TEMPLATE_SOURCES=$(cd "PHP_EXT_SRCDIR([template])" && printf '%s ' src/*/*.cpp)
 
   PHP_NEW_EXTENSION([template],
     [$TEMPLATE_SOURCES],
     [$ext_shared],,
-    [$TEMPLATE_CXXFLAGS -I@ext_srcdir@ -I@ext_builddir@],
+    [$TEMPLATE_CXXFLAGS -I@ext_srcdir@/src -I@ext_srcdir@ -I@ext_builddir@],
     [cxx])
   dnl PHP loads modules with RTLD_GLOBAL: everything but the module's own four
   dnl symbols stays inside it.
-  TEMPLATE_SHARED_LIBADD="-Wl,--version-script=$ext_srcdir/module/exports.map"
+  TEMPLATE_SHARED_LIBADD="-Wl,--version-script=$ext_srcdir/src/module/exports.map"
   PHP_SUBST([TEMPLATE_SHARED_LIBADD])
-  PHP_ADD_BUILD_DIR([$ext_builddir/input])
-  PHP_ADD_BUILD_DIR([$ext_builddir/module])
-  PHP_ADD_BUILD_DIR([$ext_builddir/render])
-  PHP_ADD_BUILD_DIR([$ext_builddir/template])
+  for TEMPLATE_FOLDER in $(printf '%s\n' $TEMPLATE_SOURCES | sed 's,/[[^/]]*$,,' | sort -u); do
+    PHP_ADD_BUILD_DIR([$ext_builddir/$TEMPLATE_FOLDER])
+  done
 fi

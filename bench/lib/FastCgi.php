@@ -18,11 +18,11 @@ final class FastCgi
 
     private string $buffer = '';
 
-    public function __construct(string $address)
+    public function __construct(string $address, int $patience = 10)
     {
         $this->socket = \stream_socket_client("unix://$address", $code, $message, 5)
             ?: throw new \RuntimeException("No connection to php-fpm: $message");
-        \stream_set_timeout($this->socket, 10);
+        \stream_set_timeout($this->socket, $patience);
     }
 
     /** The bytes of a request for a script. @param array<string, string> $parameters what it finds in $_SERVER */

@@ -29,7 +29,7 @@ final class Fpm
             catch_workers_output = yes
             INI);
         $command = [
-            ...Worker::onOneCore(),
+            ...Processes::onOneCore(),
             self::program($settings),
             ...(\posix_geteuid() === 0 ? ['--allow-to-run-as-root'] : []),
             '--nodaemonize',

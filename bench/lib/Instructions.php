@@ -11,25 +11,14 @@ namespace Bench;
  */
 final class Instructions
 {
-    /** So many that a run takes seconds, and that what comes once does not show. */
-    public const RENDERINGS = [
-        'table' => 4,
-        'nested' => 4,
-        'escape' => 2,
-        'page' => 100,
-        'mail' => 1000,
-        'static' => 50,
-        'include' => 100,
-    ];
-
     /** The C library chooses how to copy by the processor; the counts are to be the same on any. */
     private const ONE_FOR_ALL = [
         'GLIBC_TUNABLES' => 'glibc.cpu.hwcaps=-AVX512F,-AVX512VL,-AVX2,-AVX_Fast_Unaligned_Load,-ERMS,-FSRM'
             . ':glibc.cpu.x86_non_temporal_threshold=0x40000000',
     ];
 
-    /** In a profile: the name of the measurement, and what it comes to. */
-    private const TOTAL = '/^desc: Trigger: Client Request: (\w+)\/(\w+)\/$.*^summary: (\d+)/ms';
+    /** In a profile: the name of the measurement (see count.php), and what it comes to. */
+    private const TOTAL = '/^desc: Trigger: Client Request: ([\w-]+)\/(\w+)\/(\d+)$.*^summary: (\d+)/ms';
 
     /** A ratio may grow by this much without being called slower. */
     private const TOLERANCE = 0.05;
@@ -37,8 +26,11 @@ final class Instructions
     private const BASELINE = __DIR__ . '/../baseline.json';
 
     /** @param list<string> $workloads */
-    public function __construct(private readonly Settings $settings, private readonly array $workloads)
-    {
+    public function __construct(
+        private readonly Settings $settings,
+        private readonly array $workloads,
+        private readonly int $seed,
+    ) {
     }
 
     /** @return int the exit status */
@@ -46,81 +38,42 @@ final class Instructions
     {
         $counts = $this->count();
         $now = \array_map(static fn (array $count): float => \round($count['ours'] / $count['hand'], 4), $counts);
-        $recorded = Json::read(self::BASELINE);
+        $recorded = \is_file(self::BASELINE) ? \json_decode(\file_get_contents(self::BASELINE), true)['ratios'] : [];
         if ($record) {
-            $ratios = $now + ($recorded['ratios'] ?? []);
-            $this->record(\array_replace(\array_intersect_key(self::RENDERINGS, $ratios), $ratios));
+            $recorded = \array_intersect_key(\array_replace(Workload::ALL, $recorded, $now), $recorded + $now);
+            $baseline = ['made with' => Machine::versions($this->settings), 'ratios' => $recorded];
+            $text = \json_encode($baseline, \JSON_PRETTY_PRINT | \JSON_UNESCAPED_SLASHES | \JSON_THROW_ON_ERROR);
+            \file_put_contents(self::BASELINE, "$text\n");
         }
-        return $this->report($counts, $now, $record ? $now : $recorded['ratios'] ?? []);
+        return self::report($counts, $now, $recorded);
     }
 
     /** @return array<string, array{hand: float, ours: float}> instructions for a rendering, by workload */
-    public function count(): array
+    private function count(): array
     {
-        $folder = $this->folder();
+        $folder = $this->settings->scratch . '/callgrind';
         \mkdir($folder);
-        $command = [
+        Processes::run([
             'valgrind',
             '--tool=callgrind',
             '--instr-atstart=no',
             "--callgrind-out-file=$folder/out",
             $this->settings->php,
             ...$this->settings->options(),
-            '-d',
-            'ffi.enable=1',
-            \dirname(__DIR__) . '/instructions/count.php',
-            $this->marks(),
+            \dirname(__DIR__) . '/count.php',
             $this->settings->scratch,
-            'hand,ours',
-            \implode(',', $this->workloads),
-        ];
-        self::execute($command, "$folder/log");
-        $counts = [];
+            (string) $this->seed,
+            ...$this->workloads,
+        ], "$folder/log", self::ONE_FOR_ALL);
+        $counts = \array_fill_keys($this->workloads, []);
         foreach (\glob("$folder/out.*") as $file) {
             if (\preg_match(self::TOTAL, \file_get_contents($file), $found)) {
-                [, $workload, $engine, $instructions] = $found;
-                $counts[$workload][$engine] = $instructions / self::RENDERINGS[$workload];
-                \rename($file, $this->profile($workload, $engine));
+                [, $workload, $engine, $renderings, $instructions] = $found;
+                $counts[$workload][$engine] = $instructions / $renderings;
+                \rename($file, "$folder/$workload.$engine");
             }
         }
-        return \array_replace(\array_flip($this->workloads), $counts);
-    }
-
-    /** The profile that count() has left. */
-    public function profile(string $workload, string $engine): string
-    {
-        return $this->folder() . "/$workload.$engine";
-    }
-
-    private function folder(): string
-    {
-        return $this->settings->scratch . '/callgrind';
-    }
-
-    /** Builds the library that marks the measurements for callgrind. */
-    private function marks(): string
-    {
-        $log = $this->settings->scratch . '/marks.log';
-        $library = $this->settings->scratch . '/marks.so';
-        $source = \dirname(__DIR__) . '/instructions/marks.cpp';
-        self::execute(['g++', '-O1', '-shared', '-fPIC', '-o', $library, $source], $log);
-        return $library;
-    }
-
-    /** @param list<string> $command */
-    private static function execute(array $command, string $log): void
-    {
-        $streams = [['file', '/dev/null', 'r'], ['file', $log, 'w'], ['redirect', 1]];
-        $process = \proc_open($command, $streams, $pipes, null, self::ONE_FOR_ALL + \getenv());
-        if ($process === false || \proc_close($process) !== 0) {
-            throw new \RuntimeException("$command[0] failed: " . \file_get_contents($log));
-        }
-    }
-
-    /** @param array<string, float> $ratios */
-    private function record(array $ratios): void
-    {
-        Json::write(self::BASELINE, ['made with' => Machine::versions($this->settings), 'ratios' => $ratios]);
+        return $counts;
     }
 
     /**
@@ -130,18 +83,12 @@ final class Instructions
      * @param array<string, float> $now
      * @param array<string, float> $recorded
      */
-    private function report(array $counts, array $now, array $recorded): int
+    private static function report(array $counts, array $now, array $recorded): int
     {
         $rows = [];
         $failures = 0;
         foreach ($counts as $workload => ['hand' => $hand, 'ours' => $ours]) {
             $change = isset($recorded[$workload]) ? $now[$workload] / $recorded[$workload] - 1 : \INF;
-            $verdict = match (true) {
-                $change === \INF => 'not recorded',
-                $change > self::TOLERANCE => 'slower',
-                $change < -self::TOLERANCE => 'faster: record it',
-                default => 'as recorded',
-            };
             $failures += $change > self::TOLERANCE ? 1 : 0;
             $rows[] = [
                 $workload,
@@ -149,14 +96,17 @@ final class Instructions
                 \number_format($ours),
                 \sprintf('%.4f', $now[$workload]),
                 isset($recorded[$workload]) ? \sprintf('%.4f', $recorded[$workload]) : '',
-                $change === \INF ? '' : \sprintf('%+.1f %%', 100 * $change),
-                $verdict,
+                match (true) {
+                    $change === \INF => 'not recorded',
+                    $change > self::TOLERANCE => \sprintf('%+.1f %%: slower', 100 * $change),
+                    $change < -self::TOLERANCE => \sprintf('%+.1f %%: faster, record it', 100 * $change),
+                    default => \sprintf('%+.1f %%', 100 * $change),
+                },
             ];
         }
-        $head = ['workload', 'hand-written', 'template()', 'ratio', 'recorded', 'change', ''];
-        echo Markdown::table($head, $rows), "\n";
+        echo Markdown::table(['workload', 'hand-written', 'template()', 'ratio', 'recorded', 'change'], $rows), "\n";
         if ($failures > 0) {
-            echo "More than 5 % above bench/baseline.json.\n";
+            echo "More than 5 % above bench/baseline.json, or not in it.\n";
             echo "If that is as it must be: ./dev bench --instructions --record\n";
         }
         \printf("%d passed, %d failed\n", \count($counts) - $failures, $failures);

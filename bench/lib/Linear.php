@@ -5,7 +5,7 @@ declare(strict_types=1);
 namespace Bench;
 
 /** Whether the time for a byte stays the same, however large the template: all that could be made to grow faster. */
-final class Linear implements Section
+final class Linear
 {
     private const BYTES = [10_000, 100_000, 1_000_000, 10_000_000];
     private const BLOCK_MILLISECONDS = 20.0;
@@ -24,23 +24,6 @@ final class Linear implements Section
     {
     }
 
-    public function title(): string
-    {
-        return 'Time against size';
-    }
-
-    public function measure(): array
-    {
-        $figures = [];
-        foreach (\array_keys(engines\Shape::ALL) as $shape) {
-            Progress::say($shape);
-            foreach (self::BYTES as $bytes) {
-                $figures[$shape][$bytes] = ['nanoseconds' => $this->time($shape, $bytes) / $bytes];
-            }
-        }
-        return $figures;
-    }
-
     private function time(string $shape, int $bytes): float
     {
         $worker = new Worker($this->settings, 'shape');
@@ -53,14 +36,16 @@ final class Linear implements Section
         return Statistics::median($times);
     }
 
-    public function report(array $figures): string
+    public function report(): string
     {
         $table = [];
         $marked = 0;
-        foreach ($figures as $shape => $sizes) {
+        foreach (\array_keys(engines\Shape::ALL) as $shape) {
+            Processes::say($shape);
             $row = [$shape];
             $before = \INF;
-            foreach ($sizes as ['nanoseconds' => $time]) {
+            foreach (self::BYTES as $bytes) {
+                $time = $this->time($shape, $bytes) / $bytes;
                 $isMarked = $time > self::TOLERATED * \max($before, self::NEW_MEMORY);
                 $marked += (int) $isMarked;
                 $row[] = $isMarked ? '**' . Markdown::number($time) . '**' : Markdown::number($time);
@@ -68,7 +53,7 @@ final class Linear implements Section
             }
             $table[] = $row;
         }
-        $sizes = \array_map(static fn (int $bytes): string => Markdown::bytes($bytes), self::BYTES);
+        $sizes = \array_map(Markdown::bytes(...), self::BYTES);
         return Markdown::table(['ns a byte, in templates of', ...$sizes], $table)
             . "\nMarked, as more than the next size may cost: " . ($marked === 0 ? 'none' : "$marked, in bold") . ".\n";
     }

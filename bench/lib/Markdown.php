@@ -35,12 +35,6 @@ final class Markdown
         return self::number($nanoseconds / 1000);
     }
 
-    /** "1.2 to 1.4". @param array{float, float} $values */
-    public static function range(array $values, callable $format): string
-    {
-        return \implode(' to ', \array_map($format, $values));
-    }
-
     public static function bytes(int $bytes): string
     {
         return match (true) {

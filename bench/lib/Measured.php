@@ -27,14 +27,13 @@ final class Measured
         ];
     }
 
-    /** Sets the engine up for a workload and renders twice: the first time compiles. Returns where the output is. */
-    public function prepare(string $workload, ?int $size = null): string
+    /** Sets the engine up and renders twice: the first time compiles. Returns the file that the output is in. */
+    public function prepare(string $workload, int $seed): string
     {
-        $this->setUp($workload, $size);
+        $this->setUp($workload, $seed);
         $this->engine->render();
         $this->expected = $this->engine->render();
-        $file = "$this->scratch/output-" . \getmypid();
-        \file_put_contents($file, $this->expected);
+        \file_put_contents($file = "$this->scratch/output-" . \getmypid(), $this->expected);
         return $file;
     }
 
@@ -65,28 +64,19 @@ final class Measured
     }
 
     /**
-     * What one rendering takes at its peak above what was there before, in bytes: PHP's own account, and the
-     * process's, which counts what PHP does not see. To be asked of a fresh process: memory that was given back
-     * to the allocator would hide what is taken. A short mail comes first, so that the engine itself is loaded.
-     *
-     * @return array{php: int, process: int, output: int}
+     * What one rendering takes of the system's memory at its peak, above what was there before, for each byte of the
+     * output. To be asked of a fresh process: memory that was given back to the allocator would hide what is taken.
+     * A short mail comes first, so that the engine itself is loaded.
      */
-    public function memory(string $workload, ?int $size = null): array
+    public function memory(string $workload, int $seed): float
     {
-        $this->setUp('mail', null);
+        $this->setUp('mail', $seed);
         $this->engine->render();
-        $this->setUp($workload, $size);
-        \gc_collect_cycles();
+        $this->setUp($workload, $seed);
         \file_put_contents('/proc/self/clear_refs', '5');
-        \memory_reset_peak_usage();
-        $php = \memory_get_usage();
-        $process = self::status('VmRSS');
+        $before = self::status('VmRSS');
         $output = $this->engine->render();
-        return [
-            'php' => \memory_get_peak_usage() - $php,
-            'process' => self::status('VmHWM') - $process,
-            'output' => \strlen($output),
-        ];
+        return (self::status('VmHWM') - $before) / \strlen($output);
     }
 
     /** The files, compiled templates among them, that are not in opcache though all should be. @return list<string> */
@@ -96,25 +86,21 @@ final class Measured
         return \array_values(\array_filter(\get_included_files(), $isMissing));
     }
 
-    private function setUp(string $workload, ?int $size): void
+    /** A workload with the data of a seed, or a shape of so many bytes. */
+    private function setUp(string $workload, int $seed): void
     {
-        if ($this->kind === 'text') {
-            $this->engine = new engines\Text($workload, $size);
-            return;
-        }
         if ($this->kind === 'shape') {
-            $this->engine = new engines\Shape($workload, $size);
+            $this->engine = new engines\Shape($workload, $seed);
             return;
         }
         $workload = new Workload($workload, $this->scratch);
-        $data = $workload->data($size);
+        $data = $workload->data($seed);
         $this->engine = match ($this->kind) {
             'ours' => new engines\Ours($workload, $data),
             'hand', 'jit' => new engines\HandWritten($workload, $data),
             'twig' => new engines\Twig($workload, $data, $this->scratch),
             'smarty' => new engines\Smarty($workload, $data, $this->scratch),
-            'files' => new engines\Files($workload, $data),
-            'copy' => new engines\Copy($workload, $data),
+            'floor' => new engines\Floor($workload, $data, $this->scratch),
         };
     }
 
@@ -123,8 +109,7 @@ final class Measured
     {
         $usage = \getrusage();
         $seconds = $usage['ru_utime.tv_sec'] + $usage['ru_stime.tv_sec'];
-        $microseconds = $usage['ru_utime.tv_usec'] + $usage['ru_stime.tv_usec'];
-        return 1000 * ($seconds * 1_000_000 + $microseconds);
+        return 1000 * ($seconds * 1_000_000 + $usage['ru_utime.tv_usec'] + $usage['ru_stime.tv_usec']);
     }
 
     private static function status(string $field): int

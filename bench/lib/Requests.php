@@ -8,22 +8,19 @@ namespace Bench;
  * Whole requests through php-fpm: one after the other over one connection to one process. Engines take turns of some
  * hundred requests; before and after each turn the process is asked how much processor time it has taken.
  */
-final class Requests implements Section
+final class Requests
 {
     private const WORKLOADS = ['page', 'mail', 'include'];
     private const ENDINGS = ['hand' => 'php', 'ours' => 'tpl', 'twig' => 'twig', 'smarty' => 'smarty'];
+    private const ROUNDS = 15;
     private const REQUESTS_A_ROUND = 500;
 
-    public function __construct(private readonly Settings $settings, private readonly int $rounds)
+    public function __construct(private readonly Settings $settings, private readonly int $seed)
     {
     }
 
-    public function title(): string
-    {
-        return 'Whole requests through php-fpm';
-    }
-
-    public function measure(): array
+    /** A table of what each engine takes beyond an empty request. */
+    public function report(): string
     {
         $fpm = new Fpm($this->settings);
         $client = new FastCgi($fpm->socket);
@@ -32,12 +29,21 @@ final class Requests implements Section
             $this->compare($client, $requests, $workload);
         }
         $times = [];
-        for ($round = 0; $round < $this->rounds; $round++) {
+        for ($round = 0; $round < self::ROUNDS; $round++) {
             foreach ($requests as $name => $request) {
                 $times[$name][] = $this->time($client, $request);
             }
         }
-        return $this->summary($times);
+        $empty = Statistics::median($times['empty']);
+        $rows = [];
+        foreach (self::WORKLOADS as $workload) {
+            $over = static fn (string $engine): string
+                => Markdown::microseconds(Statistics::median($times["$workload $engine"]) - $empty);
+            $rows[] = [$workload, ...\array_map($over, \array_keys(self::ENDINGS))];
+        }
+        $titles = \array_values(\array_intersect_key(SideBySide::ENGINES, self::ENDINGS));
+        return Markdown::table(['µs over an empty request', ...$titles], $rows)
+            . "\nThe empty request itself: " . Markdown::microseconds($empty) . " µs.\n";
     }
 
     /** @return array<string, string> the bytes to send, by "WORKLOAD ENGINE" and "empty" */
@@ -45,12 +51,14 @@ final class Requests implements Section
     {
         $folder = self::folder();
         $requests = ['empty' => FastCgi::request("$folder/empty.php", [])];
-        $engines = \array_intersect_key(self::ENDINGS, \array_flip(Engines::available()));
         foreach (self::WORKLOADS as $name) {
             $workload = new Workload($name, $this->settings->scratch);
-            foreach ($engines as $engine => $ending) {
+            // As a constant, which opcache keeps: making it is not what is measured.
+            $data = $this->settings->scratch . "/$name.php";
+            \file_put_contents($data, '<?php return ' . \var_export($workload->data($this->seed), true) . ';');
+            foreach (self::ENDINGS as $engine => $ending) {
                 $requests["$name $engine"] = FastCgi::request("$folder/$engine.php", [
-                    'DATA' => Workload::folder() . "/$name/data.php",
+                    'DATA' => $data,
                     'TEMPLATE' => $this->template($workload, $engine, $ending),
                     'AS_STRING' => $workload->isString ? '1' : '0',
                     'FOLDERS' => \implode(':', Workload::templateFolders($this->settings->scratch)),
@@ -69,7 +77,7 @@ final class Requests implements Section
             $engine === 'hand' => $file,
             $workload->isString => ($engine === 'smarty' ? 'string:' : '') . \file_get_contents($file),
             $engine === 'ours' => $file,
-            default => "$workload->name/template.$ending",
+            default => $workload->templateName($ending),
         };
     }
 
@@ -99,39 +107,5 @@ final class Requests implements Section
     private static function folder(): string
     {
         return \dirname(__DIR__) . '/requests';
-    }
-
-    /**
-     * Round by round the time of the empty request comes off.
-     *
-     * @param array<string, non-empty-list<float>> $times
-     * @return array<string, array{nanoseconds: float, quartiles: array{float, float}}>
-     */
-    private function summary(array $times): array
-    {
-        $subtract = static fn (float $time, float $empty): float => $time - $empty;
-        $summary = [];
-        foreach ($times as $name => $list) {
-            $over = $name === 'empty' ? $list : \array_map($subtract, $list, $times['empty']);
-            $summary[$name] = ['nanoseconds' => Statistics::median($over), 'quartiles' => Statistics::quartiles($over)];
-        }
-        return $summary;
-    }
-
-    public function report(array $figures): string
-    {
-        $engines = \array_keys(\array_intersect_key(self::ENDINGS, \array_flip(Engines::available())));
-        $rows = [];
-        foreach (self::WORKLOADS as $workload) {
-            $cells = [$workload];
-            foreach ($engines as $engine) {
-                ['nanoseconds' => $time, 'quartiles' => $quartiles] = $figures["$workload $engine"];
-                $range = Markdown::range($quartiles, Markdown::microseconds(...));
-                $cells[] = Markdown::microseconds($time) . " ($range)";
-            }
-            $rows[] = $cells;
-        }
-        return Markdown::table(['µs over an empty request', ...\array_map(Engines::title(...), $engines)], $rows)
-            . "\nThe empty request itself: " . Markdown::microseconds($figures['empty']['nanoseconds']) . " µs.\n";
     }
 }

@@ -20,6 +20,7 @@ final class Settings
         // Else a compiled template would not be taken in during its first two seconds.
         'opcache.file_update_protection' => '0',
         'opcache.jit' => 'disable',
+        'ffi.enable' => '1',
     ];
 
     /** @var resource held until the end */
@@ -64,17 +65,18 @@ final class Settings
         return $options;
     }
 
-    /** Empties the folder of compiled templates and writes the generated ones; one run at a time. */
+    /** Empties the folder of compiled templates and writes the templates; one run at a time. */
     public function prepare(): void
     {
         $this->lock = \fopen($this->scratch . '.lock', 'ce');
         if (!\flock($this->lock, \LOCK_EX | \LOCK_NB)) {
-            Progress::say('waiting for another run to end');
+            Processes::say('waiting for another run to end');
             \flock($this->lock, \LOCK_EX);
         }
         self::remove($this->scratch);
         \mkdir($this->scratch, 0o777, true);
-        Workload::generate($this->scratch);
+        Workload::write($this->scratch);
+        Native::build($this->scratch);
     }
 
     private static function remove(string $path): void

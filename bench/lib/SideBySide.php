@@ -5,167 +5,160 @@ declare(strict_types=1);
 namespace Bench;
 
 /**
- * All engines on the same workloads. A run has a process for each engine and workload; in each round every engine
- * in turn renders for some milliseconds, so that whatever else the machine does hits them alike. What stays the same
- * through the life of a process (where its memory came to lie, also by what it has rendered before) moves single
- * runs by up to a fifth, and more: hence several runs, each with processes of its own, and the ratio to hand-written
- * PHP as the median of the runs' ratios.
+ * All engines on the same workloads. A run has a process for each engine and workload, and data of its own; in each
+ * round every engine in turn renders for some milliseconds, so that whatever else the machine does hits them alike.
+ * What stays the same through the life of a process (where its memory came to lie) moves single runs by up to a fifth,
+ * and so does the data: hence several runs, each with another seed, and the ratio to hand-written PHP as the median of
+ * the runs' ratios, with the least and the greatest beside it.
  */
-final class SideBySide implements Section
+final class SideBySide
 {
-    private const BLOCK_MILLISECONDS = 20.0;
+    /** What the report calls them. */
+    public const ENGINES = [
+        'hand' => 'hand-written',
+        'jit' => 'hand-written, JIT',
+        'ours' => 'template()',
+        'twig' => 'Twig',
+        'smarty' => 'Smarty',
+        'floor' => 'the floor',
+    ];
 
-    /** @param list<string> $workloads */
+    private const BLOCK_MILLISECONDS = 20.0;
+    private const LEAST_ROUNDS = 3;
+    private const MOST_ROUNDS = 15;
+
+    /** For all workloads and seeds together, as far as the least number of rounds allows. */
+    private const SECONDS = 110;
+
+    /** Of shorter outputs memory says nothing: the kernel's account is off by more. */
+    private const TELLING_BYTES = 500_000;
+
+    /** @param non-empty-list<string> $workloads @param non-empty-list<int> $seeds */
     public function __construct(
         private readonly Settings $settings,
         private readonly array $workloads,
-        private readonly int $runs,
-        private readonly int $rounds,
+        private readonly array $seeds,
     ) {
     }
 
-    public function title(): string
+    /** Only compares the outputs: a line for each workload, and the count that the test runner reads. */
+    public function check(): int
     {
-        return 'Side by side';
-    }
-
-    /** Only compares the outputs. @return array<string, int> the length of each workload's */
-    public function check(): array
-    {
-        $workers = $this->workers();
-        $lengths = [];
+        $failures = 0;
         foreach ($this->workloads as $workload) {
-            $lengths[$workload] = Outputs::prepare($workers, $workload);
+            try {
+                $length = self::prepare($this->workers(), $workload, $this->seeds[0]);
+                echo "same output of all engines ($length bytes): $workload\n";
+            } catch (\RuntimeException $failure) {
+                echo $failure->getMessage(), "\n";
+                $failures++;
+            }
         }
-        return $lengths;
+        \printf("%d passed, %d failed\n", \count($this->workloads) - $failures, $failures);
+        return $failures === 0 ? 0 : 1;
     }
 
-    /** @return array<string, array{bytes: int, engines: array<string, array<string, mixed>>}> by workload */
-    public function measure(): array
+    /** The table of ratios. */
+    public function report(): string
     {
-        $lengths = $this->check();
-        $times = [];
-        for ($run = 1; $run <= $this->runs; $run++) {
-            Progress::say("run $run of $this->runs");
+        $figures = [];
+        foreach ($this->seeds as $seed) {
             foreach ($this->workloads as $workload) {
-                $workers = $this->workers();
-                Outputs::prepare($workers, $workload);
-                foreach ($this->rounds($workers) as $engine => $list) {
-                    $times[$workload][$engine][] = $list;
+                Processes::say("$workload, seed $seed");
+                foreach ($this->measure($workload, $seed) as $name => $figure) {
+                    $figures[$workload][$name][] = $figure;
                 }
             }
         }
-        $result = [];
-        foreach ($this->workloads as $workload) {
-            Progress::say("memory of $workload");
-            $summary = $this->summary($workload, $times[$workload]);
-            $result[$workload] = ['bytes' => $lengths[$workload], 'engines' => $summary];
+        $rows = \array_map(self::row(...), \array_keys($figures), $figures);
+        $others = \array_diff_key(self::ENGINES, ['hand' => true]);
+        $head = ['workload', 'output', 'hand-written, µs', ...\array_values($others), 'template(), by seed'];
+        return Markdown::table([...$head, 'template() to the floor', 'its memory, bytes a byte'], $rows);
+    }
+
+    /** @return array<string, float> nanoseconds by engine, the length of the output, memory for a byte of it */
+    private function measure(string $workload, int $seed): array
+    {
+        $end = \microtime(true) + self::SECONDS / \count($this->seeds) / \count($this->workloads);
+        $workers = $this->workers();
+        $length = self::prepare($workers, $workload, $seed);
+        $counts = \array_map(static fn (Worker $worker): int => $worker->calibrate(self::BLOCK_MILLISECONDS), $workers);
+        $times = [];
+        for ($round = 0; $round < self::MOST_ROUNDS; $round++) {
+            if ($round >= self::LEAST_ROUNDS && \microtime(true) > $end) {
+                break;
+            }
+            foreach ($workers as $engine => $worker) {
+                $times[$engine][] = $worker->time($counts[$engine]) / $counts[$engine];
+            }
         }
-        return $result;
+        $ours = new Worker($this->settings, 'ours');
+        $memory = $length < self::TELLING_BYTES ? \NAN : $ours->memory($workload, $seed);
+        return \array_map(Statistics::median(...), $times) + ['length' => $length, 'memory' => $memory];
     }
 
     /** @return array<string, Worker> */
     private function workers(): array
     {
         $workers = [];
-        foreach (Engines::available() as $engine) {
+        foreach (\array_keys(self::ENGINES) as $engine) {
             $workers[$engine] = new Worker($this->settings, $engine);
         }
         return $workers;
     }
 
     /**
-     * @param array<string, Worker> $workers
-     * @return array<string, non-empty-list<float>> nanoseconds for a rendering, by engine
+     * Sets a workload up in every worker and holds the outputs against each other: what is not equal byte for byte is
+     * not worth timing.
+     *
+     * @param array<string, Worker> $workers by engine; the hand-written one tells what is right
+     * @return int the length of the output
      */
-    private function rounds(array $workers): array
+    private static function prepare(array $workers, string $workload, int $seed): int
     {
-        $counts = \array_map(static fn (Worker $worker): int => $worker->calibrate(self::BLOCK_MILLISECONDS), $workers);
-        $times = [];
-        $order = \array_keys($workers);
-        for ($round = 0; $round < $this->rounds; $round++) {
-            foreach ($order as $engine) {
-                $times[$engine][] = $workers[$engine]->time($counts[$engine]) / $counts[$engine];
+        $expected = null;
+        foreach ($workers as $engine => $worker) {
+            $output = \file_get_contents($worker->prepare($workload, $seed));
+            $expected ??= $output;
+            if ($output !== $expected) {
+                throw new \RuntimeException("$workload: $engine" . self::difference($output, $expected));
             }
-            $order[] = \array_shift($order);
-        }
-        return $times;
-    }
-
-    /**
-     * @param array<string, list<non-empty-list<float>>> $times by engine and run
-     * @return array<string, array<string, mixed>> by engine
-     */
-    private function summary(string $workload, array $times): array
-    {
-        $medians = \array_map(static fn (array $runs): array => \array_map(Statistics::median(...), $runs), $times);
-        $summary = [];
-        foreach ($times as $engine => $runs) {
-            $divide = static fn (float $own, float $hand): float => $own / $hand;
-            $ratios = \array_map($divide, $medians[$engine], $medians['hand']);
-            $all = \array_merge(...$runs);
-            $summary[$engine] = [
-                'nanoseconds' => Statistics::median($all),
-                'quartiles' => Statistics::quartiles($all),
-                'ratio' => Statistics::median($ratios),
-                'ratios' => $ratios,
-                'memory' => (new Worker($this->settings, $engine))->memory($workload),
-            ];
-        }
-        return $summary;
-    }
-
-    /** @param array<string, array{bytes: int, engines: array<string, array<string, mixed>>}> $result */
-    public function report(array $result): string
-    {
-        return self::ratios($result) . "\n" . self::details($result);
-    }
-
-    /** The table that says it all: ratios to hand-written PHP. */
-    private static function ratios(array $result): string
-    {
-        $others = \array_values(\array_diff(\array_keys(\current($result)['engines']), ['hand']));
-        $head = ['workload', 'output', 'hand-written, µs', ...\array_map(Engines::title(...), $others)];
-        $rows = [];
-        foreach ($result as $workload => ['bytes' => $bytes, 'engines' => $engines]) {
-            $ratio = static fn (string $engine): string => Markdown::number($engines[$engine]['ratio']);
-            $rows[] = [
-                "$workload: " . Workload::ALL[$workload],
-                Markdown::bytes($bytes),
-                Markdown::microseconds($engines['hand']['nanoseconds']),
-                ...\array_map($ratio, $others),
-            ];
-        }
-        return Markdown::table($head, $rows);
-    }
-
-    private static function details(array $result): string
-    {
-        $rows = [];
-        foreach ($result as $workload => ['engines' => $engines]) {
-            foreach ($engines as $engine => $figures) {
-                $rows[] = [
-                    $workload,
-                    Engines::title($engine),
-                    Markdown::microseconds($figures['nanoseconds']),
-                    Markdown::range($figures['quartiles'], Markdown::microseconds(...)),
-                    Markdown::range([\min($figures['ratios']), \max($figures['ratios'])], Markdown::number(...)),
-                    Markdown::number($figures['nanoseconds'] / $engines['copy']['nanoseconds']),
-                    Markdown::bytes($figures['memory']['php']),
-                    Markdown::bytes($figures['memory']['process']),
-                ];
+            if ($uncached = $worker->uncached()) {
+                throw new \RuntimeException("$engine runs without opcache: " . \implode(', ', $uncached));
             }
         }
-        $head = [
-            'workload',
-            'engine',
-            'median, µs',
-            'quartiles, µs',
-            'ratio, by run',
-            'copies of the output',
-            'peak, PHP’s',
-            'peak, process',
+        return \strlen($expected);
+    }
+
+    private static function difference(string $output, string $expected): string
+    {
+        $at = \strspn($output ^ $expected, "\0");
+        [$output, $expected] = \array_map(
+            static fn (string $text): string => \addcslashes(\substr($text, \max(0, $at - 20), 60), "\0..\37"),
+            [$output, $expected],
+        );
+        return " differs from the hand-written template at byte $at: \"$output\", not \"$expected\"";
+    }
+
+    /** @param array<string, non-empty-list<float>> $figures by engine and seed @return list<string> */
+    private static function row(string $workload, array $figures): array
+    {
+        $divide = static fn (float $one, float $other): float => $one / $other;
+        $ratios = [];
+        foreach (\array_keys(self::ENGINES) as $engine) {
+            $ratios[$engine] = \array_map($divide, $figures[$engine], $figures['hand']);
+        }
+        $toFloor = \array_map($divide, $figures['ours'], $figures['floor']);
+        $median = static fn (array $values): string => Markdown::number(Statistics::median($values));
+        $memory = Statistics::median($figures['memory']);
+        return [
+            "$workload: " . Workload::ALL[$workload][3],
+            Markdown::bytes((int) Statistics::median($figures['length'])),
+            Markdown::microseconds(Statistics::median($figures['hand'])),
+            ...\array_map($median, \array_values(\array_diff_key($ratios, ['hand' => true]))),
+            Markdown::number(\min($ratios['ours'])) . ' to ' . Markdown::number(\max($ratios['ours'])),
+            $median($toFloor),
+            \is_nan($memory) ? '' : Markdown::number($memory),
         ];
-        return Markdown::table($head, $rows);
     }
 }

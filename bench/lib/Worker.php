@@ -16,7 +16,7 @@ final class Worker
     public function __construct(Settings $settings, public readonly string $engine)
     {
         $command = [
-            ...self::onOneCore(),
+            ...Processes::onOneCore(),
             $settings->php,
             ...$settings->options($engine === 'jit'),
             \dirname(__DIR__) . '/worker.php',
@@ -42,19 +42,6 @@ final class Worker
             throw new \RuntimeException("The process of the engine '$this->engine' has ended");
         }
         return \json_decode($answer, true, 512, \JSON_THROW_ON_ERROR);
-    }
-
-    /**
-     * What goes before a command that is measured: all of them run on the last core that we may use, one at a time,
-     * so that none pays for a move.
-     *
-     * @return list<string>
-     */
-    public static function onOneCore(): array
-    {
-        $status = (string) @\file_get_contents('/proc/self/status');
-        $several = \preg_match('/^Cpus_allowed_list:.*[-,](\d+)$/m', $status, $last);
-        return $several ? ['taskset', '-c', $last[1]] : [];
     }
 
     private function check(): void

@@ -2,7 +2,7 @@
 
 require '/usr/share/php/smarty4/Smarty.class.php';
 
-$data = (require $_SERVER['DATA'])();
+$data = require $_SERVER['DATA'];
 $smarty = new Smarty();
 $smarty->setTemplateDir(explode(':', $_SERVER['FOLDERS']));
 $smarty->setCompileDir($_SERVER['SCRATCH'] . '/smarty');

@@ -2,7 +2,7 @@
 
 require '/usr/share/php/Twig/autoload.php';
 
-$data = (require $_SERVER['DATA'])();
+$data = require $_SERVER['DATA'];
 $twig = new Twig\Environment(new Twig\Loader\FilesystemLoader(explode(':', $_SERVER['FOLDERS'])), [
     'cache' => $_SERVER['SCRATCH'] . '/twig',
     'auto_reload' => false,

@@ -19,9 +19,16 @@ final class Application extends Console
         parent::__construct('template', '2.0.0');
         $this->setAutoExit(false);
         $this->setCatchExceptions(false);
-        $this->add(new Command\RenderCommand());
-        $this->add(new Command\LintCommand());
-        $this->add(new Command\BatchCommand());
+        // add() is gone in the newest Console, addCommands() is in all of them.
+        $this->addCommands([
+            new Command\RenderCommand(),
+            new Command\LintCommand(),
+            new Command\CheckCommand(),
+            new Command\DataCommand(),
+            new Command\EscapeCommand(),
+            new Command\BatchCommand(),
+            new Command\EditorCommand(),
+        ]);
     }
 
     public function run(?InputInterface $input = null, ?OutputInterface $output = null): int
@@ -43,7 +50,9 @@ final class Application extends Console
         if ($output->isVerbose() || !$isExpected) {
             $this->renderThrowable($error, $errors);
         } else {
-            $errors->writeln('template: ' . trim($error->getMessage()), OutputInterface::OUTPUT_RAW);
+            // Not even --quiet makes a status of 1 or 2 a riddle.
+            $options = OutputInterface::OUTPUT_RAW | OutputInterface::VERBOSITY_QUIET;
+            $errors->writeln('template: ' . trim($error->getMessage()), $options);
         }
 
         return $status;

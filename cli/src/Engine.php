@@ -27,8 +27,12 @@ final class Engine
         try {
             $result = template($template, $data, $isText);
         } catch (\Throwable $exception) {
-            // An include with an empty name, for instance: the stream layer throws.
-            return new Outcome(null, array_pop($this->messages) ?? $exception->getMessage(), $this->messages);
+            // An include with an empty name, or an object without a text. Only of the template's own file there is also
+            // a message of the engine's.
+            $last = $this->messages[array_key_last($this->messages) ?? -1] ?? null;
+            $isNamed = str_starts_with($last ?? '', 'Could not open file');
+
+            return new Outcome(null, $isNamed ? $last : $exception->getMessage(), $this->messages);
         } finally {
             restore_error_handler();
         }

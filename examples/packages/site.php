@@ -9,7 +9,8 @@ declare(strict_types=1);
  * STATUS is dpkg's database (/var/lib/dpkg/status), FOLDER is where the site goes.
  *
  * The way of the data: src/database.php reads fields, src/catalogue.php makes packages of them and sorts these,
- * src/pages.php makes the data of each page, template() makes the page, and src/output_folder.php writes it.
+ * src/pages.php makes the data of each page, template() makes the page, and src/output_folder.php writes it. src/how.php
+ * makes the pages that show how.
  */
 
 require __DIR__ . '/src/database.php';
@@ -18,6 +19,7 @@ require __DIR__ . '/src/sections.php';
 require __DIR__ . '/src/numbers.php';
 require __DIR__ . '/src/pages.php';
 require __DIR__ . '/src/mail.php';
+require __DIR__ . '/src/how.php';
 require __DIR__ . '/src/renderer.php';
 require __DIR__ . '/src/output_folder.php';
 require __DIR__ . '/src/progress.php';
@@ -45,6 +47,9 @@ function render_site(array $catalogue, OutputFolder $folder, Renderer $renderer,
         $folder->write("mails/{$maintainer['file']}", $mail);
         $progress->step($maintainer['name']);
     }
+    foreach (how_pages($catalogue) as $name => $page) {
+        $folder->write("how/$name.html", $renderer->file('how.html.tpl', $page));
+    }
     $folder->finish();
     $progress->finish();
 }
@@ -65,11 +70,12 @@ function main(string $database, string $path): void
     render_site($catalogue, new OutputFolder($path), $renderer, $progress);
 
     [$packages, $sections, $mails] = array_map(count(...), array_values($catalogue));
-    printf("%9s pages, with %s packages in %s sections\n", number($sections + 2), number($packages), number($sections));
+    printf("%9s pages, with %s packages in %s sections\n", number($sections + 2 + count(how_pages($catalogue))), number($packages), number($sections));
     printf("%9s mails, one to each maintainer\n", number($mails));
     printf("%9s bytes of text\n", number($renderer->bytes));
     printf("%9s ms in %s calls of template()\n", number_format($renderer->seconds * 1000, 1), number($renderer->calls));
     printf("Open %s/index.html\n", realpath($path));
+    printf("To see a change: edit %s/templates/index.html.tpl, run the same command again, reload the page.\n", __DIR__);
 }
 
 if ($argc !== 3) {

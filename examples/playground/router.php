@@ -10,7 +10,9 @@ declare(strict_types=1);
  * page; what the editor sends goes to src/render.php, which has src/worker.php render it in a process of its own.
  */
 
+require __DIR__ . '/../highlight.php';
 require __DIR__ . '/src/gallery.php';
+require __DIR__ . '/src/manual.php';
 require __DIR__ . '/src/pages.php';
 require __DIR__ . '/src/render.php';
 
@@ -20,6 +22,8 @@ set_include_path(__DIR__ . '/templates');
 // styles work. They may be inline for the frame's sake.
 const POLICY = "default-src 'none'; script-src 'self'; style-src 'self' 'unsafe-inline'; img-src data:; connect-src 'self'; "
     . "frame-src 'none'; frame-ancestors 'none'; base-uri 'none'; form-action 'none'";
+
+define('BUNDLE', getenv('PLAYGROUND_BUNDLE') ?: '/nowhere');
 
 header_remove('X-Powered-By');
 header('Content-Security-Policy: ' . POLICY);
@@ -41,9 +45,10 @@ match ("{$_SERVER['REQUEST_METHOD']} $path") {
     'GET /gallery', 'HEAD /gallery' => send_page('gallery.html.tpl', gallery_page(read_gallery())),
     'GET /playground.css' => send_file('playground.css', 'text/css'),
     'GET /playground.js' => send_file('playground.js', 'text/javascript'),
-    'GET /tags.js' => send_file('tags.js', 'text/javascript'),
+    'GET /areas.js' => send_file('areas.js', 'text/javascript'),
+    'GET /bundle/editor.js', 'GET /bundle/manual.js' => send_bundled(basename($path)),
     'POST /render' => send_answer(),
-    default => send_page('missing.html.tpl', missing_page(), 404),
+    default => send_page('manual.html.tpl', manual_page($path)),
 };
 
 function send_page(string $template, ?array $data, int $status = 200): void
@@ -58,6 +63,14 @@ function send_page(string $template, ?array $data, int $status = 200): void
 function send_file(string $name, string $type): void
 {
     send(200, $type, file_get_contents(__DIR__ . "/public/$name"));
+}
+
+/** What ./dev serve makes of packages from npm; nothing where they cannot be had. */
+function send_bundled(string $name): void
+{
+    is_file(BUNDLE . "/$name")
+        ? send(200, 'text/javascript', file_get_contents(BUNDLE . "/$name"))
+        : send(404, 'text/plain', "The packages for this were not to be had.\n");
 }
 
 /** A type that only scripts of this site may send: other sites' browsers would have to ask first, and are not allowed. */

@@ -132,6 +132,8 @@ final class BatchTest extends CliTestCase
             ['rows', '--resume'],
             ['rows', '--resume', '--force', '-o', 'x'],
             ['rows', '-o', 'full'],
+            ['rows', '-o', ''],
+            ['rows', '--jobs', '0'],
             ['rows', '-o', 'folder/'],
             ['rows', '-o', '{a}/'],
         ] as $arguments) {
@@ -154,6 +156,62 @@ final class BatchTest extends CliTestCase
         self::assertSame($broken, preg_match_all('/^line \d+: /m', $errors), $errors);
         self::assertSame($broken * 1_000, substr_count(file_get_contents('one'), "\n"));
         self::assertFileEquals('one', 'many');
+    }
+
+    public function testJobsGiveTheSameBytesInTheSameOrder(): void
+    {
+        $rows = '';
+        for ($id = 1; $id <= 3_000; ++$id) {
+            $rows .= $id % 100 === 0 ? "broken\n" : "{\"id\": $id, \"l\": [" . implode(',', range(0, $id % 90)) . "]}\n";
+        }
+        $this->files(['rows' => $rows]);
+        $told = static fn (array $run): array => [$run[0], $run[1], preg_replace('/, in .*/', '', $run[2])];
+        $one = $this->template('batch', 't', 'rows');
+        self::assertSame($told($one), $told($this->template('batch', 't', 'rows', '--jobs', '3')));
+        $this->template('batch', '-q', 't', 'rows', '-o', 'one/{#}');
+        $this->template('batch', '-q', 't', 'rows', '-o', 'many/{#}', '-j', '3');
+        self::assertSame([0, '', ''], $this->shell('diff -r one many'));
+        file_put_contents('part', substr($one[1], 0, intdiv(strlen($one[1]), 2)));
+        $this->template('batch', '-q', 't', 'rows', '-o', 'part', '-j', '3', '--resume');
+        self::assertSame($one[1], file_get_contents('part'));
+        self::assertSame("\"1:{sender}\\n\"\n", $this->templateWithInput('{"id": 1}', 'batch', '-q', '-j', '2', 't')[1], 'a pipe');
+    }
+
+    public function testANameThatTheFileSystemRefusesIsTheRowsFault(): void
+    {
+        $long = str_repeat('x', 300);
+        $rows = "{\"id\": \"a\"}\n{\"id\": \"a/b\"}\n{\"id\": \"$long\"}\n{\"id\": \"z\"}\n";
+        foreach ([[], ['--force']] as $options) {
+            [$status, , $errors] = $this->templateWithInput($rows, 'batch', '-q', 't', '-o', 'out/{id}', ...$options);
+            self::assertSame(1, $status);
+            self::assertMatchesRegularExpression('~^line 2: Could not make the folder out/a: .*\nline 3: Could not write out/x+: File name too long\n$~', $errors);
+            self::assertSame(['a', 'z'], array_values(array_diff(scandir('out'), ['.', '..'])));
+        }
+    }
+
+    public function testATemplateThatAlwaysFailsStopsBeforeTheFirstRow(): void
+    {
+        $this->files(['bad' => "x\n{a:::}", 'inc' => '{include ./bad}', 'by-data' => '{include bad}', 'late' => '{a b:::}']);
+        $message = "bad:2:1: Bad formated parameter'a:::': too many :: the template fails whatever the data";
+        self::assertSame([1, '', "template: $message\n"], $this->templateWithInput("{}\n", 'batch', 'bad'));
+        self::assertSame([1, '', "template: ./$message\n"], $this->templateWithInput("{}\n", 'batch', 'inc'));
+        self::assertSame("\"{b}:{sender}\\n\"\n", str_replace('{id}', '{b}', $this->templateWithInput('{"bad": "t"}', 'batch', 'by-data')[1]));
+        self::assertSame("\"1\"\n", $this->templateWithInput('{"a": 1}', 'batch', 'late')[1]);
+    }
+
+    public function testAClosedOrFullStreamIsNotTakenForAnEmptyOne(): void
+    {
+        $this->files(['rows' => "{}\n"]);
+        foreach (['batch t', 'lint -', 'render t -', 'escape'] as $command) {
+            self::assertSame([2, '', "template: Standard input is closed.\n"], $this->shell("template $command <&-"), $command);
+        }
+        foreach (['batch t rows', 'lint t --strict -f json', 'render t', 'data t', 'escape rows'] as $command) {
+            foreach (['>&-', '> /dev/full'] as $output) {
+                [$status, , $errors] = $this->shell("template $command $output");
+                self::assertSame(1, $status, "$command $output");
+                self::assertStringStartsWith('template: Could not write standard output: ', $errors);
+            }
+        }
     }
 
     public function testTheExampleOfAMillionRowsWithFewer(): void

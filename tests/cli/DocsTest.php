@@ -34,7 +34,7 @@ final class DocsTest extends CliTestCase
     public function testEveryOptionIsInTheManPage(): void
     {
         $page = file_get_contents(self::MAN_PAGE);
-        foreach (['render', 'lint', 'batch'] as $command) {
+        foreach (['render', 'lint', 'check', 'data', 'escape', 'batch'] as $command) {
             $description = json_decode($this->template('help', $command, '--format', 'json')[1], true, flags: JSON_THROW_ON_ERROR);
             foreach ($description['definition']['options'] as $name => $option) {
                 if (!in_array($name, ['ansi', 'no-ansi', 'no-interaction', 'verbose', 'silent'], true)) {
@@ -47,16 +47,5 @@ final class DocsTest extends CliTestCase
             self::assertStringContainsString("**$hint**", $page);
             self::assertStringContainsString("| `$hint` |", file_get_contents(self::MANUAL));
         }
-    }
-
-    public function testCompletionScripts(): void
-    {
-        foreach (['bash', 'zsh', 'fish'] as $shell) {
-            [$status, $script] = $this->template('completion', $shell);
-            self::assertSame(0, $status);
-            self::assertStringContainsString('template', $script);
-        }
-        [, $formats] = $this->template('_complete', '-n', '-sbash', '-a1', '-c3', '-itemplate', '-ilint', '-i--format');
-        self::assertSame("text\njson\ngithub\ncheckstyle\n", $formats);
     }
 }

@@ -104,14 +104,62 @@ final class LintTest extends CliTestCase
             't/deep/er/two.tpl' => '{b::}',
             't/.git/three.tpl' => '{c::}',
             't/logo.png' => "\x89PNG\0{d::}",
+            't/node_modules/x/four.tpl' => '{e::}',
             't/note.txt' => '{e::}',
         ]);
         symlink('..', 't/deep/up');
         $files = static fn (array $run): string => preg_replace('~:1:1.*~', '', $run[1]);
         $all = $this->template('lint', 't/');
-        self::assertSame("t/deep/er/two.tpl\nt/note.txt\nt/one.tpl\n", $files($all));
-        self::assertStringContainsString('Left out, as they are not text: t/logo.png.', $all[2]);
-        self::assertSame("t/deep/er/two.tpl\nt/one.tpl\n", $files($this->template('lint', '--name', '*.tpl', 't', 't/one.tpl')));
+        self::assertSame("t/deep/er/two.tpl\nt/one.tpl\n", $files($all));
+        self::assertSame("t/note.txt\nt/one.tpl\n", $files($this->template('lint', '--name', '*.txt', 't', 't/one.tpl')));
+        [$status, , $errors] = $this->template('lint', '--name', '*.html', 't');
+        self::assertSame([2, "template: There is no file named *.html in t (--name takes others).\n"], [$status, $errors]);
+    }
+
+    public function testStandardInput(): void
+    {
+        $this->files(['p/t.tpl' => '{include p/u.tpl}', 'p/u.tpl' => '{a::}']);
+        [$status, $output] = $this->templateWithInput("{include p/u.tpl}\n{/optional}", 'lint', '-', '--stdin-name', 'p/t.tpl');
+        self::assertSame(
+            [1, "p/t.tpl:2:1: Unexpected closing optional tag (no section is open here)\np/u.tpl:1:1: Bad formated parameter'a::': too many :\n"],
+            [$status, $output],
+        );
+        self::assertStringStartsWith('standard input:1:1: ', $this->templateWithInput('{a::}', 'lint', '/dev/stdin')[1]);
+        self::assertSame(0, $this->templateWithInput('fine', 'lint', '-')[0]);
+    }
+
+    public function testSwallowedPagesAreFaultsAndTheirMessagesShort(): void
+    {
+        $this->files(['a.tpl' => "{x \"'{y}" . str_repeat('z', 5_000), 'b.tpl' => '{x']);
+        [$status, $output] = $this->template('lint', '--no-hints', 'a.tpl', 'b.tpl');
+        self::assertSame([1, 3], [$status, substr_count($output, "\n")]);
+        self::assertStringContainsString(' [swallow]', $output);
+        self::assertStringContainsString('b.tpl:1:1: this tag has no "}"; it ends with the file [unterminated]', $output);
+        self::assertLessThan(1_000, strlen($output));
+    }
+
+    public function testEachFileHasTheProjectAroundIt(): void
+    {
+        $this->files([
+            'one/template.json' => '{"allow-raw": ["a"], "include-path": ["parts"]}',
+            'one/deep/x.html.tpl' => '<p>{a}{include part.tpl}',
+            'one/parts/part.tpl' => '',
+            'two/template.json' => '{"off": ["missing-include"]}',
+            'two/x.html.tpl' => '<p>{a}{include part.tpl}',
+            'bad/template.json' => "{\n\"path\": []}",
+            'bad/x.tpl' => '',
+        ]);
+        self::assertSame("two/x.html.tpl:1:4: hint: printed raw inside HTML: a [raw-html]\n", $this->template('lint', 'one', 'two')[1]);
+        self::assertSame(
+            [2, '', "template: The project file bad/template.json has an entry \"path\" that means nothing.\n"],
+            $this->template('lint', 'bad'),
+        );
+        self::assertSame(0, $this->template('lint', 'one', '--project', 'two/template.json', '--no-hints')[0]);
+    }
+
+    public function testOurOwnExamplesAreClean(): void
+    {
+        self::assertSame([0, ''], array_slice($this->template('lint', '--strict', dirname(__DIR__, 2) . '/examples'), 0, 2));
     }
 
     public function testFormatsHoldWhateverATemplateHolds(): void

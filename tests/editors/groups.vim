@@ -29,6 +29,10 @@ let s:pages = [
   \   ["'two", 'phptemplateDefault'], ['lines', 'phptemplateDefault'], ['p>', 'htmlTagName']]],
   \ ['swallowed.tpl', "{a {b}\n<p>{c}", [
   \   ['{b', 'phptemplateError'], ['<p', 'phptemplateSwallowed'], ['c', 'phptemplateSwallowed']]],
+  \ ['faults.tpl', "{a::} {::b} {c::*::*} {*::d} {[*]::e} {x::y::*} {f'g} {include *} {dynamic r,[*]} {optional h:: i} {p::q}", [
+  \   ['a::', 'phptemplateWordError'], ['::b', 'phptemplateWordError'], ['c::', 'phptemplateWordError'], ['d', 'phptemplateWordElement'],
+  \   ['e}', 'phptemplateWordError'], ['x::', 'phptemplateWordError'], ["f'", 'phptemplateQuoteError'], ['*} {d', 'phptemplateFileError'],
+  \   ['[*]} {o', 'phptemplateNamedListError'], ['h::', 'phptemplateConditionError'], ['p::', 'phptemplateWordPath']]],
   \ ]
 
 let s:passed = 0

@@ -3,7 +3,7 @@
 
 declare(strict_types=1);
 
-require __DIR__ . '/../harness.php';
+require __DIR__ . '/../lib/harness.php';
 require __DIR__ . '/symfony.php';
 require __DIR__ . '/laravel.php';
 

@@ -1,4 +1,4 @@
 <?php
 // One request of a fuzz target, which sets $input and $target.
-require __DIR__ . '/harness.php';
+require __DIR__ . ($target === 'limits' ? '/limits.php' : '/harness.php');
 play($input, $target);

@@ -1,15 +1,17 @@
-// The fuzz targets: one PHP request for each input, with the engine's own memory
-// in reach of the sanitizer. What a request does is in harness.php; which of its
-// checks is made, FUZZ_TARGET says (render or modes).
+// The fuzz targets: one PHP request for each input. FUZZ_TARGET says which: in
+// render and modes (harness.php) the engine's own memory is in reach of the
+// sanitizer, in limits (limits.php) memory and time are as in any PHP.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include "engine/headers.h"
+#if __has_feature(address_sanitizer)
 #include <sanitizer/lsan_interface.h>
 
-#include "module/engine_headers.h"
 #include "tests/memory/fibers.h"
+#endif
 
 extern "C" {
 #include "SAPI.h"
@@ -57,7 +59,9 @@ size_t discard(const char*, size_t length)
 int startUp(sapi_module_struct* sapi)
 {
     const int started = php_module_startup(sapi, &template_module_entry);
+#if __has_feature(address_sanitizer)
     fibers::watch();
+#endif
     return started;
 }
 
@@ -72,10 +76,12 @@ void setVariable(const char* name, const char* data, size_t size)
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
+#if __has_feature(address_sanitizer)
     // Each allocation of the engine's is one of malloc's; those that a fatal
     // error leaves behind are still freed with the request, and the limit holds.
     setenv("USE_ZEND_ALLOC", "0", 1);
     setenv("USE_TRACKED_ALLOC", "1", 1);
+#endif
     zend_signal_startup();
     sapi_module_struct& sapi = php_embed_module;
     sapi_startup(&sapi);
@@ -86,9 +92,13 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
     sapi.additional_functions = FUNCTIONS;
     sapi.startup = startUp;
     // What PHP keeps until its end is no leak; it is not shut down here.
+#if __has_feature(address_sanitizer)
     __lsan_disable();
+#endif
     const int started = sapi.startup(&sapi);
+#if __has_feature(address_sanitizer)
     __lsan_enable();
+#endif
     if (started == FAILURE) {
         std::fputs("PHP does not start.\n", stderr);
         std::exit(1);

@@ -6,7 +6,7 @@
 
 declare(strict_types=1);
 
-require __DIR__ . '/../harness.php';
+require __DIR__ . '/../lib/harness.php';
 
 error_reporting(E_ALL);
 set_error_handler(fn (int $level, string $message) => throw new ErrorException($message));

@@ -3,7 +3,7 @@ declare(strict_types=1);
 
 /* The playground without a browser: its pages, the gallery, what it answers, and what it refuses. */
 
-require __DIR__ . '/../harness.php';
+require __DIR__ . '/../lib/harness.php';
 require __DIR__ . '/../../examples/playground/src/gallery.php';
 require __DIR__ . '/site.php';
 
@@ -33,29 +33,16 @@ check('the editor comes with the first example', differences(
     [200, true, true],
     [$status, str_contains($page, escaped($examples[0]['template'])), str_contains($page, escaped($examples[0]['data']))]
 ));
-check('nothing may be loaded from elsewhere, or run in the page', (function () use ($headers, $page) {
-    foreach (["default-src 'none'", "script-src 'self';", "connect-src 'self'", "frame-src 'none'"] as $rule) {
-        if (!str_contains($headers['content-security-policy'] ?? '', $rule)) {
-            yield "the policy has no $rule";
-        }
-    }
-    preg_match_all('~\b(?:src|href)="(https?:|//)~', $page, $foreign);
-    yield from $foreign[0];
-    yield from str_contains($page, ' sandbox ') ? [] : ['the frame is no sandbox'];
-})());
+preg_match_all('~\b(?:src|href)="(?:https?:|//)~', $page, $foreign);
+$rules = ["default-src 'none'", "script-src 'self';", "connect-src 'self'", "frame-src 'none'"];
+check('nothing may be loaded from elsewhere, or run in the page', differences([[], [], true],
+    [array_filter($rules, fn ($rule) => !str_contains($headers['content-security-policy'] ?? '', $rule)), $foreign[0], str_contains($page, ' sandbox ')]));
 [, $gallery] = $site->ask('GET', '/gallery');
-check('the gallery shows every example and leads to it', (function () use ($examples, $gallery, $site) {
-    foreach ($examples as $example) {
-        if (!str_contains($gallery, '<h3>' . escaped($example['title']) . '</h3>') || !str_contains($gallery, escaped($example['template']))) {
-            yield "{$example['title']} is missing";
-        }
-        [$status, $page] = $site->ask('GET', "/?example={$example['slug']}");
-        if ($status !== 200 || !preg_match('~<textarea id="template"[^>]*>\n' . preg_quote(escaped($example['template']), '~') . '</textarea>~', $page)) {
-            yield "{$example['slug']} cannot be opened";
-        }
-    }
-})());
-check('no two examples have one address', differences(count($examples), count(array_unique(array_column($examples, 'slug')))));
+$gallery = preg_replace('~</?(mark|b)>~', '', $gallery);   // the colours of tags
+$is_shown = fn (array $example) => str_contains($gallery, '<h3>' . escaped($example['title']) . '</h3>')
+    && str_contains($gallery, escaped($example['template']))
+    && str_contains($site->ask('GET', "/?example={$example['slug']}")[1], ">\n" . escaped($example['template']) . '</textarea>');
+check('the gallery shows every example and leads to it', differences([], array_column(array_filter($examples, fn ($example) => !$is_shown($example)), 'title')));
 check('other addresses lead nowhere', differences([404, 404, 404, 404, 404, 404], array_map(fn (string $path) => $site->ask('GET', $path)[0], [
     '/nothing', '/?example=nothing', '/?example[]=a', '/router.php', '/src/worker.php', '/..%2f..%2fREADME.md',
 ])));
@@ -78,24 +65,38 @@ echo "-- answers\n";
 
 [, $answer] = $site->render("{x} é\n  é{a:::b} 50% {y:::z}");
 check('a warning has its place, in characters', differences(
-    [[2, 4, "Bad formated parameter'a:::b': too many : in this template"]],
+    [[2, 4, "Bad formated parameter'a:::b': too many : in this template"], [2, 16, "Bad formated parameter'y:::z': too many :"]],
     array_map(fn (array $complaint) => [$complaint['line'], $complaint['column'], $complaint['message']], $answer['complaints'])
 ));
+check('a fault that only other data brings up is a hint, and so is what is printed raw', differences(
+    [[], ['printed raw inside HTML: r::* a:::b', "With other data: Bad formated parameter'a:::b': too many :"]],
+    (fn (array $answer) => [$answer['complaints'], array_column($answer['hints'], 'message')])($site->render('<p>{dynamic r,rows}{r::* a:::b}{/dynamic}')[1])
+));
+check('what the data lacks is found', differences(
+    ['title: there is no "title": prints nothing (did you mean "titel"?)'],
+    array_column($site->render('{htmlspecialchars title}', '{"titel": "Tea"}')[1]['findings'], 'message')
+));
+check('what is told leads to its place in the manual', (function () use ($site, $examples) {
+    foreach ([['', '{"a":'], [str_repeat('{dynamic r}', 4) . 'xxxxxxxxx', '{}'], ...array_map(fn ($example) => [$example['template'], $example['data']], $examples)] as [$template, $data]) {
+        $answer = $site->render($template, $data)[1];
+        foreach ([...$answer['complaints'] ?? [$answer], ...$answer['hints'] ?? [], ...$answer['findings'] ?? []] as $told) {
+            [$path, $id] = explode('#', $told['page']);
+            if (!str_contains($site->ask('GET', $path)[1], "<section id=\"$id\">") || str_contains($told['page'], 'playground') !== isset($told['of'])) {
+                yield "{$told['page']}, for " . ($told['message'] ?? $told['fault']);
+            }
+        }
+    }
+})());
 [, $answer] = $site->render('Dear {name, your {thing}', '{"name": 1}');
 check('a hint has its place', differences([[1, 6]], array_map(fn (array $hint) => [$hint['line'], $hint['column']], $answer['hints'])));
-check('the time is that of the call', (function () use ($site) {
-    $microseconds = $site->render('{a}', '{"a": 1}')[1]['microseconds'];
-    yield from $microseconds > 0 && $microseconds < 1e6 ? [] : ["$microseconds microseconds"];
-})());
 check('data keeps its types', differences(
-    ["1 1.5 1 1234567890123 | é\u{1F600}", []],
-    outcome($site->render('{i} {f} {t} {big} {n}{no}| {text}', '{"i":1,"f":1.5,"t":true,"big":1234567890123,"n":null,"no":false,"text":"é\ud83d\ude00"}')[1])
+    ["1 1.5 1 12345678901234567890 INF | é\u{1F600}", []],
+    outcome($site->render('{i} {f} {t} {big} {inf} {n}{no}| {text}', '{"i":1,"f":1.5,"t":true,"big":12345678901234567890,"inf":1e999,"n":null,"no":false,"text":"é\ud83d\ude00"}')[1])
 ));
-check('no data is empty data', differences(['{name}', []], outcome($site->render('{name}', " \n")[1])));
 check('what is no JSON object is told', differences([[422, 'data'], [422, 'data'], [422, 'data']], array_map(function (string $data) use ($site) {
     [$status, $answer] = $site->render('', $data);
     return [$status, $answer['of']];
-}, ['{"a":', '5', str_repeat('[', 100) . str_repeat(']', 100)])));
+}, ['{"a":', '5', str_repeat('[', 600) . str_repeat(']', 600)])));
 
 echo "-- confinement\n";
 

@@ -1,5 +1,6 @@
 // The engine's side of a call: its ways out, its limits, and what is held.
-#include "module/engine.h"
+#include "data/held_table.h"
+#include "engine/stack.h"
 
 #include "fixture.h"
 
@@ -26,7 +27,8 @@ TEST(EngineCall, TurnsAFatalErrorIntoUnwinding)
         const Flag flag{unwound};
         call.run([] { zend_bailout(); });
         return "went on";
-    }), "abandoned");
+    }),
+        "abandoned");
     EXPECT_TRUE(unwound && call.fatal());
     // It stays over, and destructors are still served.
     bool ran = false;
@@ -48,29 +50,14 @@ TEST(EngineCall, GuardsWithinGuards)
 TEST(EngineCall, LeavesWhenAPhpExceptionIsPending)
 {
     EngineCall call;
-    EXPECT_THROW(call.run([] { zend_eval_string("throw new Exception;", nullptr, "test"); }),
-        CallAbandoned);
+    EXPECT_THROW(
+        call.run([] { zend_eval_string("throw new Exception;", nullptr, "test"); }), CallAbandoned);
     EXPECT_FALSE(call.fatal());
     zend_clear_exception();
     EXPECT_NO_THROW(call.run([] {}));
 }
 
-TEST(EngineCall, ChargesTextsAsTheyGrow)
-{
-    EngineCall call;
-    std::string text, expected;
-    for (size_t size = 0; size < 3000; size += 7) {
-        call.append(text, std::string(size, 'x'));
-        expected.append(size, 'x');
-        ASSERT_GE(call.charged() + 16, text.capacity());
-        ASSERT_LE(text.capacity(), std::max<size_t>(256, 2 * expected.size() + 16));
-    }
-    EXPECT_EQ(text, expected);
-    // One text costs what it holds, not what it has held.
-    EXPECT_LE(call.charged(), text.capacity() + 16);
-}
-
-TEST(EngineCall, CountsWhatIsChargedAgainstTheMemoryLimit)
+TEST(CallMemory, IsPhpsAndEndsWithTheCall)
 {
     if (!is_zend_mm()) {
         GTEST_SKIP() << "PHP counts no memory without its own allocator.";
@@ -78,21 +65,71 @@ TEST(EngineCall, CountsWhatIsChargedAgainstTheMemoryLimit)
     constexpr size_t MEGABYTE = 1024 * 1024;
     const size_t before = zend_memory_usage(false);
     {
-        EngineCall call;
-        call.charge(100 * 1024);
-        EXPECT_EQ(zend_memory_usage(false), before);
-        call.charge(21 * MEGABYTE);
-        EXPECT_GE(zend_memory_usage(false), before + 20 * MEGABYTE);
-        const size_t charged = call.charged();
-        for (int i = 0; i < 30 * 1024; ++i) {
-            call.charge(1024);
+        const Call call;
+        Vector<String> texts;
+        for (int i = 0; i < 10'000; ++i) {
+            texts.emplace_back(1000, 'x');
         }
-        EXPECT_GE(zend_memory_usage(false), before + 50 * MEGABYTE);
-        call.dischargeTo(charged);
-        EXPECT_EQ(call.charged(), charged);
-        EXPECT_LT(zend_memory_usage(false), before + 23 * MEGABYTE);
+        EXPECT_GE(zend_memory_usage(false), before + 10 * MEGABYTE);
+        const size_t held = zend_memory_usage(false);
+        {
+            // Thrown away before the call ends; what outlives it was there before.
+            const CallMemory inner(EngineCall::current());
+            texts.pop_back();
+            const String large(20 * MEGABYTE, 'x');
+            EXPECT_GE(zend_memory_usage(false), held + 20 * MEGABYTE);
+        }
+        EXPECT_LT(zend_memory_usage(false), held + MEGABYTE);
+        EXPECT_EQ(texts.back(), String(1000, 'x'));
     }
     EXPECT_LT(zend_memory_usage(false), before + MEGABYTE);
+}
+
+TEST(CallMemory, HandsOutEveryByteOnce)
+{
+    const Call call;
+    std::vector<std::pair<char*, size_t>> pieces;
+    CallMemory& memory = *call.engine.memory;
+    for (size_t i = 0; i < 2000; ++i) {
+        const size_t size = i * 7919 % (i % 50 == 0 ? 100'000 : 300) + 1;
+        auto* piece = static_cast<char*>(memory.allocate(size));
+        std::memset(piece, static_cast<int>(i % 251), size);
+        if (i % 3 == 0) {
+            memory.deallocate(piece, size);
+        } else {
+            pieces.emplace_back(piece, size);
+        }
+    }
+    size_t wrong = 0;
+    for (size_t i = 0; i < pieces.size(); ++i) {
+        const auto [piece, size] = pieces[i];
+        wrong += piece[0] != piece[size - 1];
+    }
+    EXPECT_EQ(wrong, 0U);
+}
+
+TEST(Text, GrowsIntoAStringOfPhps)
+{
+    const Call call;
+    std::string expected;
+    Text text;
+    for (size_t size = 0; size < 3000; size += 7) {
+        text.append(std::string(size, 'x'));
+        text.append('y');
+        text.append(2, 'z');
+        expected.append(size, 'x') += "yzz";
+    }
+    EXPECT_EQ(text.view(), expected);
+    const EngineString result = text.release();
+    EXPECT_EQ(std::string_view(ZSTR_VAL(result.get()), ZSTR_LEN(result.get())), expected);
+    EXPECT_EQ(ZSTR_VAL(result.get())[expected.size()], '\0');
+    EXPECT_EQ(GC_REFCOUNT(result.get()), 1U);
+    EXPECT_TRUE(text.empty());
+    // What it held before is left alone.
+    Text kept("kept");
+    kept.append(" and grown");
+    EXPECT_EQ(kept.view(), "kept and grown");
+    EXPECT_EQ(ZSTR_LEN(Text().release().get()), 0U);
 }
 
 TEST(EngineCall, EndsWhenTheTimeIsUpAndNotForOtherInterrupts)
@@ -110,18 +147,22 @@ TEST(EngineCall, EndsWhenTheTimeIsUpAndNotForOtherInterrupts)
     forgetFatalError();
 }
 
-TEST(NestingLevel, CountsWhereTheEngineKnowsNoStackLimit)
+TEST(Stack, KnowsItsLimitAlsoWherePhpDoesNotLook)
 {
-    void* const limit = std::exchange(EG(stack_limit), nullptr);
-    std::vector<std::unique_ptr<NestingLevel>> levels;
-    do {
-        levels.push_back(std::make_unique<NestingLevel>());
-    } while (!levels.back()->tooDeep() && levels.size() < 100000);
-    EG(stack_limit) = limit;
-    EXPECT_EQ(levels.size(), 1025U);
-    EXPECT_FALSE(NestingLevel().tooDeep());
+    void* const limit = EG(stack_limit);
+    EXPECT_TRUE(Stack::hasRoom(Stack::CALL));
+    EXPECT_TRUE(Stack::hasRoomToOpen(std::string(4000, '/')));
     EG(stack_limit) = __builtin_frame_address(0);
-    EXPECT_TRUE(NestingLevel().tooDeep());
+    EXPECT_FALSE(Stack::hasRoom(Stack::LEVEL));
+    EXPECT_FALSE(Stack::hasRoomToOpen("name"));
+    // Room for a plain name, but not for the levels of a long one.
+    EG(stack_limit) = static_cast<char*>(__builtin_frame_address(0)) - 200 * 1024;
+    EXPECT_TRUE(Stack::hasRoomToOpen("folder/name"));
+    EXPECT_FALSE(Stack::hasRoomToOpen(std::string(1000, '/')));
+    EG(stack_limit) = nullptr;
+    EXPECT_TRUE(Stack::hasRoom(Stack::CALL));
+    EXPECT_FALSE(Stack::hasRoom(EG(call_stack).max_size));
+    EXPECT_FALSE(Stack::reserveIsUsed());
     EG(stack_limit) = limit;
 }
 
@@ -142,7 +183,7 @@ TEST(HeldTable, IsWhatItWasWhenItWasTaken)
         runPhp("$held = " + std::string(value) + ";");
         zval* variable = zend_hash_str_find_ind(&EG(symbol_table), "held", 4);
         {
-            const HeldTable held(call, variable);
+            const HeldTable held(variable);
             ASSERT_NE(held.table(), nullptr) << value;
             const uint32_t count = zend_hash_num_elements(held.table());
             runPhp(change);
@@ -156,7 +197,7 @@ TEST(HeldTable, IsWhatItWasWhenItWasTaken)
         }
     }
     for (const char* value : {"null", "5", "'text'"}) {
-        EXPECT_EQ(HeldTable(call, Value(value).get()).table(), nullptr) << value;
+        EXPECT_EQ(HeldTable(Value(value).get()).table(), nullptr) << value;
     }
     EXPECT_FALSE(call.fatal());
 }

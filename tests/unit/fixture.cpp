@@ -20,7 +20,9 @@ std::string Value::text()
 }
 
 Page::Page(const std::string& source, const std::string& data, bool stringMode)
-    : data_(data), phpInterface_(source, data_.get()), page_(source, phpInterface_, stringMode)
+    : data_(data),
+      phpInterface_(String(source), data_.get()),
+      page_(String(source), phpInterface_, stringMode)
 {
 }
 
@@ -36,11 +38,20 @@ std::string Page::render()
     return page_.getResult();
 }
 
-std::string keys(const std::deque<std::string>& path)
+namespace {
+
+std::string plain(std::string_view text)
+{
+    return std::string(text);
+}
+
+}
+
+std::string keys(const Deque<String>& path)
 {
     std::string text;
-    for (const std::string& key : path) {
-        text += "/" + key;
+    for (const String& key : path) {
+        text += "/" + plain(key);
     }
     return text;
 }
@@ -49,19 +60,19 @@ namespace {
 
 std::string dumpVariable(const VariableBlock& block)
 {
-    static const char* const NAMES[] = {"addslashes", "htmlentities", "htmlspecialchars",
-        "rawurlencode"};
-    return NAMES[block.type - Block::ADDSLASHES] + ("(" + block.namespaceName)
+    static const char* const NAMES[]
+        = {"addslashes", "htmlentities", "htmlspecialchars", "rawurlencode"};
+    return NAMES[block.type - Block::ADDSLASHES] + ("(" + plain(block.namespaceName))
         + (block.isKey ? "[*]" : "") + keys(block.path) + ")";
 }
 
 std::string dumpMultiVariable(const MultiVariableBlock& block)
 {
     std::string text;
-    for (const std::string& variable : block.variables) {
-        text += (text.empty() ? "var[" : "|") + variable;
+    for (const String& variable : block.variables) {
+        text += (text.empty() ? "var[" : "|") + plain(variable);
     }
-    return text + "]" + (block.hasDefaultValue ? "='" + block.defaultValue + "'" : "");
+    return text + "]" + (block.hasDefaultValue ? "='" + plain(block.defaultValue) + "'" : "");
 }
 
 std::string dumpOptional(const OptionalBlock& block)
@@ -69,21 +80,21 @@ std::string dumpOptional(const OptionalBlock& block)
     static const char* const TYPES[] = {"analyzed", "value ", "key "};
     EXPECT_EQ(block.data, nullptr);
     return std::string(block.type == Block::NOT_OPTIONAL ? "!optional(" : "optional(")
-        + TYPES[block.optionalType] + block.namespaceName + keys(block.path)
-        + (block.compareValue.empty() ? "" : " =" + block.compareValue) + ")[" + dump(block.blocks)
-        + "]";
+        + TYPES[block.optionalType] + plain(block.namespaceName) + keys(block.path)
+        + (block.compareValue.empty() ? "" : " =" + plain(block.compareValue)) + ")["
+        + dump(block.blocks) + "]";
 }
 
 std::string dumpDynamic(const DynamicBlock& block)
 {
     std::string about = "off";
     if (block.data != nullptr) {
-        about = block.name + ": "
+        about = plain(block.name) + ": "
             + std::to_string(zend_hash_num_elements(Z_ARRVAL_P(block.data))) + " elements";
     } else if (block.isActive) {
-        about = block.name + ": " + block.namespaceName + keys(block.path);
+        about = plain(block.name) + ": " + plain(block.namespaceName) + keys(block.path);
     } else {
-        EXPECT_EQ(block.name + block.namespaceName + keys(block.path), "");
+        EXPECT_EQ(plain(block.name) + plain(block.namespaceName) + keys(block.path), "");
     }
     return (block.type == Block::RDYNAMIC ? "rdynamic(" : "dynamic(") + about + ")["
         + dump(block.blocks) + "]";
@@ -92,7 +103,7 @@ std::string dumpDynamic(const DynamicBlock& block)
 std::string dump(const Block& block)
 {
     if (const auto* text = dynamic_cast<const TextBlock*>(&block)) {
-        return "'" + text->text + "'";
+        return "'" + plain(text->text) + "'";
     }
     if (const auto* variable = dynamic_cast<const MultiVariableBlock*>(&block)) {
         return dumpMultiVariable(*variable);

@@ -34,15 +34,20 @@ private:
     zval value_;
 };
 
+// A call without a template, for what needs one to be going on.
+struct Call {
+    EngineCall engine;
+    CallMemory memory{engine};
+};
+
 // One call of the engine over a template and a PHP expression for its data.
 class Page final {
 public:
-    explicit Page(const std::string& source, const std::string& data = "[]",
-        bool stringMode = true);
+    explicit Page(
+        const std::string& source, const std::string& data = "[]", bool stringMode = true);
 
     Template* operator->() { return &page_; }
     Template& operator*() { return page_; }
-    EngineCall& call() { return phpInterface_.engineCall; }
     const zval* data() { return data_.get(); }
     Page& analyze();
     // Analyses the template and renders the tree.
@@ -50,6 +55,7 @@ public:
 
 private:
     Value data_;
+    Call call_;
     PHPInterface phpInterface_;
     Template page_;
 };
@@ -59,7 +65,7 @@ private:
 // !optional(value section/key)[]  optional(key section =comparison)[]
 // dynamic(name: 2 elements)[]  dynamic(name: section/key)[]  dynamic(off)[]
 std::string dump(const Blocks& blocks);
-std::string keys(const std::deque<std::string>& path);
+std::string keys(const Deque<String>& path);
 
 // What `action` returns, or the message of the failure that it ends in.
 std::string outcome(const std::function<std::string()>& action);

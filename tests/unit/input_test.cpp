@@ -9,6 +9,7 @@
 namespace {
 
 constexpr size_t CHUNK = 8192;
+constexpr size_t LARGE_CHUNK = 256 * 1024;
 
 // Everything that is read, as the analysis reads it: a tag stands in <>, one
 // that the input's end cuts off in <$.
@@ -28,8 +29,8 @@ std::string readAll(Input& input)
 
 std::string readString(const std::string& text)
 {
-    EngineCall call;
-    Input input(text, true, call);
+    const Call call;
+    Input input(String(text), true);
     return readAll(input);
 }
 
@@ -41,10 +42,10 @@ protected:
     Input& open(const std::string& content)
     {
         std::ofstream(path_, std::ios::binary) << content;
-        return input_.emplace(path_, false, call_);
+        return input_.emplace(String(path_), false);
     }
 
-    EngineCall call_;
+    Call call_;
     std::string path_;
     std::optional<Input> input_;
 };
@@ -87,8 +88,8 @@ TEST(StringInput, ResolvesBraces)
 
 TEST(StringInput, AppendsAndEndsWhenItsTextIsUsedUp)
 {
-    EngineCall call;
-    Input input("ab{c}", true, call);
+    const Call call;
+    Input input("ab{c}", true);
     std::string out = "kept ";
     EXPECT_TRUE(input.fillBufferTillMark(out, '{') && input.fillBufferTillMark(out, '}'));
     EXPECT_EQ(out, "kept abc");
@@ -101,7 +102,7 @@ TEST(StringInput, AppendsAndEndsWhenItsTextIsUsedUp)
 TEST_F(FileInput, ReadsWhatAStringReadsAtEveryChunkBoundary)
 {
     // The first chunk, and the larger one that follows it.
-    for (const size_t boundary : {CHUNK, 5 * CHUNK}) {
+    for (const size_t boundary : {CHUNK, CHUNK + LARGE_CHUNK}) {
         for (const auto& [text, read] : CASES) {
             for (size_t before = 0; before <= text.size() + 1; ++before) {
                 const size_t filler = boundary - before;
@@ -129,9 +130,9 @@ TEST(StringInput, FindsBracesAmongTheirNeighbours)
 
 TEST_F(FileInput, FetchesOneChunkThenLargeOnesAndThenNothing)
 {
-    Input& input = open(std::string(9 * CHUNK + 7, 'x'));
+    Input& input = open(std::string(CHUNK + 2 * LARGE_CHUNK + 7, 'x'));
     EXPECT_TRUE(input.buffer.empty());
-    for (const size_t size : {CHUNK, 4 * CHUNK, 4 * CHUNK, size_t{7}}) {
+    for (const size_t size : {CHUNK, LARGE_CHUNK, LARGE_CHUNK, size_t{7}}) {
         EXPECT_FALSE(input.exhausted());
         EXPECT_TRUE(input.fetchStream());
         EXPECT_EQ(input.buffer.size(), size);
@@ -146,8 +147,9 @@ TEST_F(FileInput, FetchesOneChunkThenLargeOnesAndThenNothing)
 TEST_F(FileInput, RefusesWhatCannotBeOpened)
 {
     open("there");
-    for (const std::string& name : {path_ + ".missing", path_ + std::string("\0x", 2), std::string("\0", 1)}) {
-        EXPECT_EQ(outcome([&] { return readAll(input_.emplace(name, false, call_)); }),
+    for (const std::string& name :
+        {path_ + ".missing", path_ + std::string("\0x", 2), std::string("\0", 1)}) {
+        EXPECT_EQ(outcome([&] { return readAll(input_.emplace(String(name), false)); }),
             std::string(("Could not open file " + name).c_str()));
     }
 }

@@ -1,13 +1,12 @@
 // Lookup: single steps, paths, and what a block's reference prints.
 #include "fixture.h"
-#include "render/compiled_path.h"
+#include "data/value_text.h"
 
 namespace {
 
 std::string text(const zval* value)
 {
-    EngineCall call;
-    return value != nullptr ? std::string(ValueText(call, value).view()) : "(none)";
+    return value != nullptr ? std::string(ValueText(value).view()) : "(none)";
 }
 
 // Gives an object an element under the integer key 3 of its property table.
@@ -20,16 +19,23 @@ const zval* withIndex(const zval* object)
 }
 
 // A section that is open around what is rendered.
-std::unique_ptr<DynamicBlock> openSection(Template& page, std::string name, const zval* data,
-    std::string key)
-{
-    bool reversed = false;
-    auto section = std::make_unique<DynamicBlock>(std::move(name), "", std::deque<std::string>(), reversed);
-    section->currentData = data;
-    section->currentKey = std::move(key);
-    page.dynamicStack.push_back(section.get());
-    return section;
-}
+class OpenSection final {
+public:
+    OpenSection(Template& page, std::string_view name, const zval* data, std::string_view key)
+        : key_(zend_string_init(key.data(), key.size(), false)),
+          section_(make<DynamicBlock>(String(name), String(), Deque<String>(), reversed_)),
+          opened_(page.dynamicStack, *section_)
+    {
+        section_->currentData = data;
+        section_->currentKey.assign(key_.get(), 0);
+    }
+
+private:
+    bool reversed_ = false;
+    EngineString key_;
+    Owner<DynamicBlock> section_;
+    SectionStack::Opened opened_;
+};
 
 }
 
@@ -55,7 +61,7 @@ TEST(PHPInterface, FindsByKeyAndByIndex)
         EXPECT_EQ(data.hashFind("0", in(key)), nullptr) << key;
     }
 
-    PHPInterface nothing("name", nullptr);
+    PHPInterface nothing(String("name"), nullptr);
     EXPECT_EQ(nothing.hashFind("a", nullptr), nullptr);
     EXPECT_EQ(nothing.hashIndexFind(0, nothing.userData), nullptr);
     EXPECT_EQ(Z_TYPE_P(nothing.userData), IS_ARRAY);
@@ -68,9 +74,9 @@ TEST(Lookup, WalksPaths)
         'items' => [['name' => 'first'], 'text', (object) ['name' => 1], null], 7 => 'seven',
         'r' => &$unit, 'o' => new stdClass, '18446744073709551615' => 'max', -1 => 'minus'])");
     withIndex(page->phpInterface.hashFind("o", nullptr));
-    using Path = std::deque<std::string>;
+    using Keys = Deque<String>;
     const struct {
-        Path path;
+        Keys path;
         const char* start;
         const char* found;
     } cases[] = {
@@ -94,7 +100,7 @@ TEST(Lookup, WalksPaths)
         const zval* from = nullptr;
         if (start != nullptr) {
             from = *start == '\0' ? page.data() : page->phpInterface.hashFind(start, nullptr);
-            EXPECT_EQ(text(CompiledPath(path).walk(page->phpInterface, from)), found) << keys(path);
+            EXPECT_EQ(text(Path(path).walk(page->phpInterface, from)), found) << keys(path);
         }
         EXPECT_EQ(text(page->findVariable(path, from)), found) << keys(path);
     }
@@ -105,9 +111,8 @@ TEST(Lookup, TakesTheNamedSectionOrElseTheInnermost)
     Page page("");
     Value outer("['v' => 'outer']"), middle("['v' => 'middle', 'n' => \"a\\0b\", 'b' => true]"),
         inner("['v' => 'inner']");
-    const auto resolve = [&](const char* name, std::deque<std::string> path, bool isKey,
-                             const zval* data) {
-        const AddslashesBlock block(name, std::move(path), isKey);
+    const auto resolve = [&](const char* name, Deque<String> path, bool isKey, const zval* data) {
+        const AddslashesBlock block(String(name), std::move(path), isKey);
         const auto text = page->_getResultVariableStringValue(block, data);
         return std::string(text != nullptr ? text.get() : "(none)");
     };
@@ -115,10 +120,10 @@ TEST(Lookup, TakesTheNamedSectionOrElseTheInnermost)
     EXPECT_EQ(resolve("", {"v"}, false, inner.get()), "(none)");
     EXPECT_EQ(resolve("", {}, true, inner.get()), "(none)");
 
-    const auto first = openSection(*page, "r", outer.get(), "0");
-    const auto second = openSection(*page, "r", middle.get(), "1");
-    const auto third = openSection(*page, "s", middle.get(), std::string("k\0y", 3));
-    const auto fourth = openSection(*page, "", inner.get(), "3");
+    const OpenSection first(*page, "r", outer.get(), "0");
+    const OpenSection second(*page, "r", middle.get(), "1");
+    const OpenSection third(*page, "s", middle.get(), std::string_view("k\0y", 3));
+    const OpenSection fourth(*page, "", inner.get(), "3");
     EXPECT_EQ(resolve("r", {"v"}, false, inner.get()), "outer");
     EXPECT_EQ(resolve("r", {}, true, inner.get()), "0");
     EXPECT_EQ(resolve("s", {"n"}, false, inner.get()), "a");
@@ -134,13 +139,12 @@ TEST(Lookup, TakesTheNamedSectionOrElseTheInnermost)
 
 TEST(ValueText, ReadsASlotAsItsValue)
 {
-    EngineCall call;
+    const Call call;
     Value object("new Declared");
     // A declared property is met as a slot, when an object's table is iterated.
     const zval* slot = zend_hash_str_find(Z_OBJPROP_P(object.get()), "p", 1);
     ASSERT_EQ(Z_TYPE_P(slot), IS_INDIRECT);
-    EXPECT_EQ(ValueText(call, slot).view(), "1");
+    EXPECT_EQ(ValueText(slot).view(), "1");
     zend_unset_property(Z_OBJCE_P(object.get()), Z_OBJ_P(object.get()), "p", 1);
-    EXPECT_FALSE(ValueText(call, slot).exists());
-    EXPECT_FALSE(ValueText().exists());
+    EXPECT_FALSE(ValueText(slot).exists());
 }

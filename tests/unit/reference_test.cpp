@@ -5,11 +5,10 @@
 
 namespace {
 
-std::string describe(VariableKind kind, const std::string& namespaceName,
-    const std::deque<std::string>& path)
+std::string describe(VariableKind kind, const String& namespaceName, const Deque<String>& path)
 {
     static const char* const KINDS[] = {"root ", "value ", "key ", "missing "};
-    return KINDS[static_cast<uint32_t>(kind)] + namespaceName + keys(path);
+    return KINDS[static_cast<uint32_t>(kind)] + std::string(namespaceName) + keys(path);
 }
 
 std::string parse(Page& page, const std::string& argument)

@@ -1,13 +1,14 @@
 # Builds the extension out of tree, through phpize, configure and make, in BUILD; TEMPLATE_SO is
 # the module, and PHP the program to load it. What is up to date costs nothing.
 #
-# build [plain|strict|asan|coverage]
+# build [plain|strict|asan|coverage|arm64]
 
 # What of the checkout goes into the extension.
-SOURCES=(config.m4 template_arginfo.h template.stub.php module input template render)
+SOURCES=(config.m4 template_arginfo.h template.stub.php src)
 
 SANITIZERS='-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer'
 STRICT='-Wall -Wextra -Wpedantic -Werror'
+CONFIGURE_OPTIONS=()
 
 build() {
     need base
@@ -28,30 +29,39 @@ build() {
             export EXTRA_FLAGS=--coverage EXTRA_LDFLAGS='-Wl,--whole-archive,-lgcov,--no-whole-archive'
             build_flavour coverage g++ '-g -O0 --coverage'
             ;;
-        *) die "There is no build flavour \"$1\"; there are plain, strict, asan and coverage." ;;
+        arm64)
+            . "$ROOT/tools/lib/arm64.sh"
+            use_arm64_php
+            CONFIGURE_OPTIONS=(--host=aarch64-linux-gnu)
+            build_flavour arm64 aarch64-linux-gnu-g++ '-g -O2'
+            ;;
     esac
 }
 
-# Each flavour has a folder of its own, in the checkout where that works: libtool cannot have
-# blanks or quotes in a path.
+# Each flavour has a folder of its own, in the checkout where that works: we must be able to write
+# there, and libtool cannot have blanks or quotes in a path.
 build_folder() {
     local plain='^[A-Za-z0-9/._+,@-]+$' place id
-    [[ ! $ROOT/.build =~ $plain ]] || { printf '%s\n' "$ROOT/.build"; return; }
     id=$(cksum <<<"$ROOT" | tr ' ' -)
-    for place in "$CACHE/build/$id" "/var/tmp/php-template-$EUID/$id"; do
-        [[ ! $place =~ $plain ]] || { printf '%s\n' "$place"; return; }
+    for place in "$ROOT/.build" "$CACHE/build/$id" "/var/tmp/php-template-$EUID/$id"; do
+        [[ $place =~ $plain ]] && mkdir -p "$place" 2>/dev/null && [ -w "$place" ] || continue
+        # in a folder that is everybody's, only what is ours
+        [[ $place != /var/tmp/* ]] || { [ -O "$place" ] && [ -O "${place%/*}" ]; } || continue
+        printf '%s\n' "$place"
+        return
     done
+    die "There is no folder to build in: $ROOT and $CACHE cannot be written to."
 }
 
 build_flavour() {
     local name=$1 compiler=$2 flags=$3 folder identity
-    folder=$(build_folder)
+    folder=$(build_folder) || exit
     BUILD=$folder/$name TEMPLATE_SO=$folder/$name/modules/template.so
     export BUILD TEMPLATE_SO
-    identity="$(identify_php) $compiler $flags"
+    identity="$(identify_php) $compiler $flags $(cd "$ROOT" && printf '%s ' src/*/* | cksum)"
     ! up_to_date "$identity" || return 0
 
-    mkdir -p "$folder" && exec 9>"$folder/$name.lock" || die "The folder $folder, in which the extension is built, cannot be written to."
+    { exec 9>"$folder/$name.lock"; } 2>/dev/null || die "$folder, in which the extension is built, cannot be written to."
     flock 9
     if ! up_to_date "$identity"; then
         say "Building the extension ($name) …"
@@ -64,7 +74,7 @@ build_flavour() {
 # The PHP that the build is for, so that another one, or a newer, makes a new build.
 identify_php() {
     local file=$PHP_CONFIG
-    [ "$KIND" != private ] || file=$PRIVATE$PHP_CONFIG
+    [[ $KIND != private || $file != /usr/* ]] || file=$PRIVATE$PHP_CONFIG
     printf '%s %s' "$file" "$(stat -L -c '%Y %i' "$file")"
 }
 
@@ -83,13 +93,13 @@ configured() {
 configure_build() {
     local source log=$BUILD/configure.log
     rm -rf "$BUILD"
-    mkdir -p "$BUILD/src"
+    mkdir -p "$BUILD/checkout"
     for source in "${SOURCES[@]}"; do
-        [ ! -e "$ROOT/$source" ] || ln -s "$ROOT/$source" "$BUILD/src/$source"
+        [ ! -e "$ROOT/$source" ] || ln -s "$ROOT/$source" "$BUILD/checkout/$source"
     done
     (
-        cd "$BUILD/src" && inside "$PHPIZE" &&
-            cd "$BUILD" && inside env CXX="$1" src/configure --enable-template --with-php-config="$PHP_CONFIG"
+        cd "$BUILD/checkout" && inside "$PHPIZE" &&
+            cd "$BUILD" && inside env CXX="$1" checkout/configure --enable-template --with-php-config="$PHP_CONFIG" "${CONFIGURE_OPTIONS[@]}"
     ) >"$log" 2>&1 </dev/null 9>&- || {
         tail -n 20 "$log" >&2
         die "The extension cannot be configured; the whole output is in $log."

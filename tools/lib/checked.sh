@@ -33,7 +33,7 @@ write_checked_php() {
     mkdir -p "$folder"
     read -ra includes < <(inside "$PHP_CONFIG" --includes)
     [ -z "$(find "$ROOT/tests/memory" "$ROOT/tools/lib/checked.sh" "$BUILD/built" -newer "$folder/checked.so" 2>&1)" ] ||
-        inside g++ -std=c++20 -O1 -g -shared -fPIC "${includes[@]}" $option "-DCHECKED_PHP=\"$folder/php\"" \
+        inside g++ -std=c++20 -O1 -g -shared -fPIC "${includes[@]}" ${option:+"$option"} "-DCHECKED_PHP=\"$folder/php\"" \
             -o "$folder/checked.so" "$ROOT/tests/memory/extension.cpp" || die "tests/memory/extension.cpp does not build."
     write_program php <<END
 export $environment $CHECKED_SETTINGS

@@ -1,4 +1,4 @@
-# The Debian package, made the distribution's way from the source archive and packaging/debian.
+# The Debian packages, made the distribution's way from the source archive and packaging/debian.
 
 # Runs a command where dpkg's database is that of the PHP system: the tools that build packages look
 # for it in its usual place alone.
@@ -10,7 +10,30 @@ with_dpkg() {
     inside "${unshare[@]}" -- sh -c 'mount --bind "$DPKG_ADMINDIR" /var/lib/dpkg && exec "$@"' sh "$@"
 }
 
-# build_deb: leaves the package's path in DEB.
+# Who makes the package: what Debian's tools go by, else git's user, else this machine's.
+maintainer() {
+    local name=${DEBFULLNAME-} address=${DEBEMAIL-}
+    [ "$name" ] || name=$(git -C "$ROOT" config user.name) || name=$(id -un)
+    [ "$address" ] || address=$(git -C "$ROOT" config user.email) || address=$(id -un)@$(hostname -f 2>/dev/null || hostname)
+    printf '%s <%s>\n' "$name" "$address"
+}
+
+# Where the repository is that this is a clone of; nothing for a clone of a folder.
+homepage() {
+    { git -C "$ROOT" remote get-url origin 2>/dev/null || true; } |
+        sed -nE 's,^(ssh://)?git@([^:/]+)[:/],https://\2/,; s,^(https?://)[^/]*@,\1,; s,\.git$,,; /^https?:/p'
+}
+
+# In packaging/debian, what only the packager knows stands as @MAINTAINER@ and @HOMEPAGE@.
+fill_in() {
+    local maintainer homepage
+    maintainer=$(maintainer)
+    homepage=${DEB_HOMEPAGE:-$(homepage)}
+    [ "$homepage" ] || say "The package gets no Homepage: this clone has no origin on the web; DEB_HOMEPAGE=https://… names one."
+    sed -i "s|@MAINTAINER@|$maintainer|; s|@HOMEPAGE@|$homepage|; /^Homepage: $/d" "$1/control" "$1/changelog"
+}
+
+# build_deb: leaves the packages' paths in DEBS.
 build_deb() {
     need deb
     local folder source commit log
@@ -25,38 +48,52 @@ build_deb() {
     tar -C "$source" --strip-components=1 -xzf "$ARCHIVE"
     mv "$ARCHIVE" "$folder/php-template_$(version).orig.tar.gz"
     cp -r "$ROOT/packaging/debian" "$source/debian"
+    fill_in "$source/debian"
 
-    say "Building the Debian package …"
+    say "Building the Debian packages …"
     (cd "$source" && with_dpkg dpkg-buildpackage --no-sign) >"$log" 2>&1 </dev/null || {
         tail -n 30 "$log" >&2
-        die "The Debian package does not build; the whole output is in $log."
+        die "The Debian packages do not build; the whole output is in $log."
     }
     say "Checking it with lintian …"
     with_dpkg lintian --allow-root --fail-on warning --info --display-info --color never "$folder"/*.changes >&2 ||
-        die "lintian has something against the Debian package."
-    DEB=$(ls "$folder"/php8.4-template_*.deb)
+        die "lintian has something against the Debian packages."
+    DEBS=("$folder"/php8.4-template_*.deb "$folder"/php-template-cli_*.deb)
 }
 
-# Installs the package in a Debian of its own that holds nothing but PHP, uses it on the command
-# line and through php-fpm, removes and purges it. The system is thrown away.
+# Installs the packages in a Debian of their own that holds nothing but PHP, uses them on the command
+# line and through php-fpm, removes and purges them, and tries template.phar there. The system is
+# thrown away. Its maker works in a folder that everybody can enter, as for the private system.
 test_deb() {
     . "$ROOT/tools/lib/setup.sh"
-    local folder tests=$ROOT/packaging/debian/tests make=(mmdebstrap) options sources
-    folder=$(build_folder)/deb
-    command -v mmdebstrap >/dev/null && [ -f /usr/share/keyrings/debian-archive-keyring.gpg ] ||
-        add_to_machine mmdebstrap debian-archive-keyring
+    local tests=$ROOT/packaging/debian/tests log make=(mmdebstrap) options sources
+    log=$(build_folder)/deb/test.log
+    WHY_PRIVATE="A fresh Debian is needed to try the packages in"
+    lock
+    check_means /var/tmp
+    unlock
+    TEMPORARY=$(mktemp -d /var/tmp/php-template.XXXXXX)
+    MADE=("$TEMPORARY")
+    chmod 755 "$TEMPORARY"
+    mkdir "$TEMPORARY/files"
+    make_phar "$TEMPORARY/files" HEAD
+    cp "${DEBS[@]}" "$tests/cli" "$tests/fpm" "$tests/command" "$ROOT"/packaging/debian-{life-test,bash-completion} "$TEMPORARY/files"
+    chmod -R a+rX "$TEMPORARY/files"
     # what it mounts and starts is to go away with it
     [ "$EUID" -ne 0 ] || make=(unshare --mount --pid --fork --kill-child=KILL mmdebstrap --mode=root)
     mapfile -t options < <(proxies)
     mapfile -t sources < <(mirrors)
-    say "Trying it in a fresh Debian (a minute or two) …"
-    TMPDIR=$folder "${make[@]}" --variant=minbase --format=null "${options[@]}" \
+    say "Trying them in a fresh Debian (a minute or two) …"
+    run_apart "$log" env -C / TMPDIR="$TEMPORARY" "${make[@]}" --variant=minbase --format=null "${options[@]}" \
         --include=php8.4-cli,php8.4-fpm,libfcgi-bin \
-        --customize-hook="copy-in $DEB $tests/cli $tests/fpm $ROOT/packaging/debian-life-test /root" \
-        --customize-hook='chroot "$1" sh /root/debian-life-test /root' \
-        trixie - "${sources[@]}" >"$folder/test.log" 2>&1 </dev/null || {
-        tail -n 30 "$folder/test.log" >&2
-        die "The Debian package fails in a fresh system; the whole output is in $folder/test.log."
+        --customize-hook="copy-in $TEMPORARY/files /root" \
+        --customize-hook='chroot "$1" sh /root/files/debian-life-test /root/files' \
+        trixie - "${sources[@]}" || {
+        tail -n 30 "$log" >&2
+        die "The Debian packages fail in a fresh system; the whole output is in $log."
     }
-    sed -n 's/^ok: /  /p' "$folder/test.log" >&2
+    remove "$TEMPORARY"
+    MADE=()
+    trap - EXIT HUP INT TERM
+    sed -n 's/^ok: /  /p' "$log" >&2
 }

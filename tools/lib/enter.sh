@@ -46,7 +46,7 @@ cd "$here"
 # the private system, and added to from outside.
 export PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8
 export DPKG_ADMINDIR="$system/var/lib/dpkg" APT_CONFIG="$system/etc/apt/inside.conf"
-unset LANGUAGE LD_LIBRARY_PATH CC CXX CPP PERL5LIB PYTHONHOME PYTHONPATH
+unset DEV_PRIVATE LANGUAGE LD_LIBRARY_PATH CC CXX CPP PERL5LIB PYTHONHOME PYTHONPATH
 
 [ "$user" != 0 ] || exec "$@"
 exec unshare --user --map-user="$user" --map-group="$group" -- "$@"

@@ -8,10 +8,12 @@ make_man_pages() {
     inside "$PHP" -n "$ROOT/tools/lib/man.php" "$ROOT/docs/language.md" | man_page 7 'Miscellaneous' >"$1/template.7"
 }
 
-# Markdown to a man page of this section and volume. A hyphen in the source is the one that is typed.
+# Markdown to a man page of this section and volume. A hyphen in the source is the one that is typed;
+# the first line asks for tables.
 man_page() {
     inside lowdown -s -t man --out-no-smarty --parse-no-metadata -m title=TEMPLATE -m section="$1" -m volume="$2" \
-        -m source="template $(version)" -m date="$(released)" | sed -E '/^\.[A-Z]/!s/-/\\-/g'
+        -m source="template $(version)" -m date="$(released)" |
+        sed -E "/^\./!s/-/\\\\-/g; 1i '\\\\\" t"
 }
 
 # The day of the version's entry in the changelog.

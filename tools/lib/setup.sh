@@ -3,11 +3,15 @@
 # Whole groups that the private system is made with; the others come when they are needed.
 FIRST_GROUPS=(base unit clang fpm)
 
+WHY_PRIVATE="This machine's packages have no PHP 8.4"
+
 # Two at once would do the same: the second waits and finds it done. The lock goes with the shell.
 lock() {
-    mkdir -p "$CACHE" 2>/dev/null && { exec 8>"$CACHE/lock"; } 2>/dev/null ||
+    { mkdir -p "$CACHE" && exec 8>"$CACHE/lock"; } 2>/dev/null ||
         die "The folder $CACHE cannot be written to; XDG_CACHE_HOME names another place for it."
     flock --nonblock 8 || { say "Another ./dev is setting up; waiting for it …"; flock 8; }
+    # put aside by one that was ended while it put a new system in its place
+    [ -d "$PRIVATE" ] || [ ! -d "$PRIVATE.old" ] || mv "$PRIVATE.old" "$PRIVATE"
 }
 
 unlock() { exec 8>&-; }
@@ -18,25 +22,33 @@ set_up_system() {
     lock
     if [ -d "$PRIVATE" ]; then
         use_private
-    elif machine_has_php; then
+    elif [ "${DEV_PRIVATE-}" ]; then
+        WHY_PRIVATE="A private system was asked for"
+        make_private
+    elif ! machine_has_php; then
+        make_private
+    elif may_install; then
         add_to_machine $(missing_of base)
         suits php-config8.4 || die "The packages are installed, but $WHY_NOT."
         KIND=host
     else
-        make_private "${FIRST_GROUPS[@]}"
-        use_private
+        WHY_PRIVATE="Only root can install this machine's packages of PHP 8.4 (apt-get install --no-install-recommends $(missing_of base | paste -sd ' '))"
+        make_private
     fi
+    [ "$KIND" ] || use_private
     unlock
 }
 
-add_group() {
+add_groups() {
+    local group missing=()
     lock
-    if has_group "$1"; then
+    for group in "$@"; do has_group "$group" || missing+=("$group"); done
+    if [ ${#missing[@]} -eq 0 ]; then
         :
     elif [ "$KIND" = private ]; then
-        add_to_private "$1"
+        add_to_private $(packages_of "${missing[@]}" | sort -u)
     else
-        add_to_machine $(missing_of "$1")
+        add_to_machine $(missing_of "${missing[@]}")
     fi
     unlock
 }
@@ -47,28 +59,43 @@ add_group() {
 # there.
 machine_has_php() {
     [ "$(candidate php8.4-dev)" ] || refresh_lists
-    [ "$(candidate php8.4-dev)" ] && may_install && ! upgrades $(packages_of base)
+    [ "$(candidate php8.4-dev)" ] && ! changes_what_is_there "$(simulated $(packages_of base))"
 }
 
 candidate() { apt-cache policy "$1" 2>/dev/null | sed -n '/^  Candidate: (none)/d; s/^  Candidate: //p'; }
 
-# Whether installing packages would upgrade or remove one that is there.
-upgrades() { apt-get -s install --no-install-recommends "$@" 2>/dev/null | grep -E '^(Inst [^ ]+ \[|Remv )' >/dev/null; }
+# What installing packages would do, as apt lists it.
+simulated() { apt-get -s install --no-install-recommends "$@" 2>/dev/null | grep -E '^(Inst|Remv) ' || true; }
 
-# Whether we are root or can be; AS_ROOT goes before what needs it.
+changes_what_is_there() { grep -qE '^(Inst [^ ]+ \[|Remv )' <<<"$1"; }
+
+at_terminal() { [ -t 0 ] && [ -t 2 ]; }
+
+# Whether we are root or can be; AS_ROOT goes before what needs it. At a terminal sudo asks, once
+# it has been said what for.
 may_install() {
     AS_ROOT=()
     [ "$EUID" -ne 0 ] || return 0
     command -v sudo >/dev/null || return 1
+    AS_ROOT=(sudo -n)
+    ! sudo -n true 2>/dev/null || return 0
     AS_ROOT=(sudo)
-    [ -t 0 ] || AS_ROOT+=(-n)
-    "${AS_ROOT[@]}" true 2>/dev/null
+    at_terminal
+}
+
+# become_root WHAT-FOR: sudo's question, if it has one.
+become_root() {
+    [ "$EUID" -ne 0 ] || return 0
+    sudo -n true 2>/dev/null ||
+        sudo -p "Password of %u for sudo, $1: " -v ||
+        die "sudo did not let you, and nothing was installed. ./dev --private $COMMAND takes a private Debian 13 system in $CACHE instead."
 }
 
 # A fresh machine has no package lists yet.
 refresh_lists() {
     [ -z "$(find /var/lib/apt/lists -name '*_Packages*' -mtime -1 -print -quit 2>/dev/null)" ] || return 0
     may_install || return 0
+    become_root "to read the package lists (apt-get update)"
     say "Reading the package lists …"
     "${AS_ROOT[@]}" apt-get -q update >/dev/null 2>&1 </dev/null 8>&- || true
 }
@@ -76,93 +103,121 @@ refresh_lists() {
 # Adds packages to the machine, and touches none that is there.
 add_to_machine() {
     [ $# -gt 0 ] || return 0
+    local changes count answer
     [ -z "${DPKG_ADMINDIR-}" ] || die "Packages are not added from inside ./dev shell; leave it first."
-    may_install || die "These packages are missing and only root can install them: $*"
+    may_install || die "These packages are missing, and only root can install them: apt-get install --no-install-recommends $*"
     refresh_lists
-    ! upgrades "$@" || die "Installing $* would upgrade or remove packages of this machine, which is left to you."
-    say "Installing on this machine: $*"
+    changes=$(simulated "$@")
+    ! changes_what_is_there "$changes" || die "Installing $* would upgrade or remove packages of this machine, which is left to you."
+    count=$(grep -c . <<<"$changes") || true
+    say "To be installed on this machine, with what they need ($count packages): $*"
+    if at_terminal; then
+        read -r -p "Install them? (./dev --private takes a private Debian 13 in $CACHE instead) [Y/n] " answer || answer=n
+        [[ -z $answer || $answer == [Yy]* ]] || die "Nothing was installed."
+    fi
+    become_root "to install them"
+    say "Installing …"
     "${AS_ROOT[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q install -y --no-remove --no-install-recommends "$@" \
         >"$CACHE/apt.log" 2>&1 </dev/null 8>&- || explain "$CACHE/apt.log" "Installing $*"
 }
 
 # ---- the private system
 
-# It is made in a folder beside and put in place by one rename, so that it is there whole or not at
-# all.
+# It is made in a folder beside and put in place by renaming, so that it is there whole or not at
+# all, and an old one stays until then.
 make_private() {
-    local new=$PRIVATE.new.$$ log=$CACHE/setup.log old
-    for old in "$PRIVATE".new.*; do remove "$old"; done
-    check_means
-    MAKING='' MADE=$new
-    trap clean_up EXIT
-    trap 'exit 130' INT
-    trap 'exit 143' TERM HUP
-    say "This machine's packages have no PHP 8.4: making a private Debian 13 system for it (1 GB, about a minute)"
+    local new=$PRIVATE.new.$$ log=$CACHE/setup.log old temporary=$CACHE
+    for old in "$PRIVATE".new.* "$PRIVATE.old"; do remove "$old"; done
+    # the tool's root folder, which an ordinary user's subordinate users must be able to enter
+    [ "$EUID" -eq 0 ] || temporary=/var/tmp
+    check_means "$temporary"
+    say "$WHY_PRIVATE: making a private Debian 13 system (1 GB, about a minute)"
     say "  in $PRIVATE"
     mkdir "$new"
-    bootstrap "$new" "$@" >"$log" 2>&1 </dev/null 8>&- &
-    MAKING=$!
+    TEMPORARY=$(mktemp -d "$temporary/php-template.XXXXXX")
+    chmod 755 "$TEMPORARY"
+    MADE=("$new" "$TEMPORARY")
+    if [ "$EUID" -eq 0 ]; then
+        start_apart "$log" bootstrap "$new/root"
+    else
+        mkdir "$new/root"
+        mkfifo "$TEMPORARY/archive"
+        start_apart "$new/tar.log" unpack "$TEMPORARY/archive" "$new/root"
+        start_apart "$log" bootstrap - "$TEMPORARY/archive"
+    fi
     report_progress "$log"
-    wait $MAKING || explain "$log" "Making the private system"
-    MAKING=
+    wait_apart || { [ ! -s "$new/tar.log" ] || cat "$new/tar.log" >>"$log"; explain "$log" "Making the private system"; }
     finish "$new/root"
+    [ ! -d "$PRIVATE" ] || mv "$PRIVATE" "$PRIVATE.old"
     mv "$new/root" "$PRIVATE"
-    trap - EXIT INT TERM HUP
-    remove "$new"
+    for old in "${MADE[@]}" "$PRIVATE.old"; do remove "$old"; done
+    MADE=()
+    trap - EXIT HUP INT TERM
     say "The private system is ready."
 }
 
-clean_up() {
-    if [ "$MAKING" ]; then
-        kill -KILL "$MAKING" 2>/dev/null || true
-        wait "$MAKING" 2>/dev/null || true
-    fi
-    remove "$MADE"
-}
-
-# What the making needs, each with a sentence of its own when it is not there.
+# What the making needs, each with a sentence of its own when it is not there; what root is to do,
+# at once.
 check_means() {
-    local missing=() room=1500
-    [ "$EUID" -eq 0 ] || room=2500
-    [ $(($(df -Pk "$CACHE" | awk 'NR == 2 { print $4 }') / 1024)) -ge $room ] ||
-        die "The disk of $CACHE has less than the $room MB left that making a private PHP 8.4 system takes; XDG_CACHE_HOME names another place for it."
+    local folder missing=() numbers= elsewhere="; XDG_CACHE_HOME names another place for it"
+    for folder in "$CACHE" "$1"; do
+        [ $(($(df -Pk "$folder" | awk 'NR == 2 { print $4 }') / 1024)) -ge 1500 ] ||
+            die "The disk of $folder has less than the 1500 MB left that making a private Debian 13 system takes$elsewhere."
+        runs_programs "$folder" ||
+            die "The disk of $folder lets no program run (noexec), so that no system can be made there$elsewhere."
+        elsewhere=
+    done
     if [ "$EUID" -eq 0 ]; then
         unshare --mount true 2>/dev/null ||
-            die "This machine's packages have no PHP 8.4, and it lets nobody mount (a container without the right to), which a private Debian 13 system needs."
+            die "$WHY_PRIVATE, and it lets nobody mount (a container without the right to), which a private Debian 13 system needs."
     else
         unshare --user --map-root-user --mount true 2>/dev/null ||
-            die "This machine's packages have no PHP 8.4, and it does not let ordinary users make name spaces, which a private Debian 13 system needs; run this as root."
-        grep -q "^$(id -un):" /etc/subuid 2>/dev/null ||
-            die "A private Debian 13 system needs subordinate user numbers, which root gives you: usermod --add-subuids 100000-165535 --add-subgids 100000-165535 $(id -un)"
+            die "$WHY_PRIVATE, and this machine does not let ordinary users make name spaces, which a private Debian 13 system needs; run this as root."
+        grep -q "^$(id -un):" /etc/subuid 2>/dev/null && grep -q "^$(id -un):" /etc/subgid 2>/dev/null ||
+            numbers="usermod --add-subuids 100000-165535 --add-subgids 100000-165535 $(id -un)"
     fi
     command -v mmdebstrap >/dev/null || missing+=(mmdebstrap)
     [ -f /usr/share/keyrings/debian-archive-keyring.gpg ] || missing+=(debian-archive-keyring)
     [ "$EUID" -eq 0 ] || command -v newuidmap >/dev/null || missing+=(uidmap)
+    if [ "$numbers" ] || { [ ${#missing[@]} -gt 0 ] && ! may_install; }; then
+        [ ${#missing[@]} -eq 0 ] || numbers="apt-get install ${missing[*]}${numbers:+ && $numbers}"
+        die "$WHY_PRIVATE; a private Debian 13 system instead needs this, once, from root: $numbers"
+    fi
     add_to_machine "${missing[@]}"
 }
 
-# The tool's mounts and processes are to go away with it, however it or we end: root gives it name
-# spaces of its own, and it dies with us. For an ordinary user it makes its own, and an archive:
-# unpacked by him, all files are his, to delete like any others.
+# Whether a program in a folder can be run.
+runs_programs() {
+    local file status=0
+    file=$(mktemp "$1/try.XXXXXX") || return
+    printf '#!/bin/sh\n' >"$file"
+    chmod +x "$file"
+    "$file" 2>/dev/null || status=1
+    rm -f "$file"
+    return $status
+}
+
+# bootstrap TARGET [OUTPUT]: the tool's mounts and processes are to go away with it, however it or we
+# end: root gives it name spaces of its own, and it dies with us. For an ordinary user it makes its
+# own, and an archive: unpacked by him, all files are his, to delete like any others.
 bootstrap() {
-    local new=$1 options sources packages
-    shift
+    local target=$1 output=${2-} options sources packages
     umask 022
-    packages=$(for group in "$@"; do packages_of "$group"; done)
+    packages=$(packages_of "${FIRST_GROUPS[@]}")
     options=(--variant=minbase --include="${packages//$'\n'/,}")
     mapfile -t -O ${#options[@]} options < <(proxies)
     mapfile -t sources < <(mirrors)
-    export TMPDIR=$new
+    export TMPDIR=$TEMPORARY
+    # a folder that everybody can enter
+    cd /
     if [ "$EUID" -eq 0 ]; then
         exec setpriv --pdeathsig KILL unshare --mount --pid --fork --kill-child=KILL \
-            mmdebstrap --mode=root "${options[@]}" trixie "$new/root" "${sources[@]}"
+            mmdebstrap --mode=root "${options[@]}" trixie "$target" "${sources[@]}"
     fi
-    options+=(--include=fakeroot)
-    mkdir "$new/root"
-    set -o pipefail
-    setpriv --pdeathsig TERM mmdebstrap --mode=unshare "${options[@]}" trixie - "${sources[@]}" |
-        tar -C "$new/root" --no-same-owner --delay-directory-restore --exclude='./dev/*' -xf -
+    exec setpriv --pdeathsig TERM mmdebstrap --mode=unshare "${options[@]}" --include=fakeroot trixie "$target" "${sources[@]}" >"$output"
 }
+
+unpack() { exec tar -C "$2" --no-same-owner --delay-directory-restore --exclude='./dev/*' -xf "$1"; }
 
 # Tells what the tool is at, while it is.
 report_progress() {
@@ -172,7 +227,7 @@ report_progress() {
             told=$((told + 1))
             [[ $line != 'I: '* || $line == *' signal '* ]] || say "  ${line#I: }"
         done < <(tail -n +$((told + 1)) "$1")
-        kill -0 "$MAKING" 2>/dev/null || break
+        kill -0 "${APART[-1]}" 2>/dev/null || break
     done
 }
 
@@ -188,7 +243,7 @@ finish() {
     # apt cannot become its own user where only one user is mapped
     printf 'APT::Sandbox::User "root";\n' >"$root/etc/apt/apt.conf.d/90one-user"
     said=$(PRIVATE=$root && use_private && inside php8.4 -v 2>&1) ||
-        die "The private system was made, but PHP does not run in it (is $CACHE on a disk that lets no program run?): ${said##*$'\n'}"
+        die "The private system was made, but PHP does not run in it: ${said##*$'\n'}"
 }
 
 # A half-made system may hold mounts, if whatever killed its maker left them: never delete through
@@ -196,7 +251,7 @@ finish() {
 remove() {
     [ -e "$1" ] || return 0
     rm -rf --one-file-system -- "$1" 2>/dev/null && return 0
-    [ "$EUID" -eq 0 ] || mmdebstrap --unshare-helper rm -rf --one-file-system -- "$1" >/dev/null 2>&1 || true
+    [ "$EUID" -eq 0 ] || (cd / && mmdebstrap --unshare-helper rm -rf --one-file-system -- "$1") >/dev/null 2>&1 || true
     rm -rf --one-file-system -- "$1" 2>/dev/null || say "Left behind, for you to delete: $1"
 }
 
@@ -222,34 +277,43 @@ proxies() {
     apt-config dump --format '%f "%v"%n' | sed -nE 's/^(Acquire::(http|https|ftp)::proxy)/--aptopt=\1/Ip'
 }
 
-# apt and dpkg take up again what an earlier, interrupted run left; where they cannot, the system is
-# made anew.
+# The system is marked while its packages are changed, no earlier: without a network it stays as it
+# was.
 add_to_private() {
-    local packages log=$CACHE/apt.log again=
-    packages=$(packages_of "$1")
-    say "Installing in the private system: ${packages//$'\n'/ }"
-    [ ! -e "$PRIVATE/unfinished" ] || again=yes
+    local log=$CACHE/apt.log
+    say "Installing in the private system: $*"
+    run_apart "$log" as_private_root sh -c 'apt-get -q update && apt-get -q install -y --no-install-recommends --download-only "$@"' sh "$@" ||
+        explain "$log" "Fetching the packages"
     : >"$PRIVATE/unfinished"
-    if {
-        as_private_root dpkg --configure -a &&
-            as_private_root apt-get -q update &&
-            as_private_root apt-get -q install -y --fix-broken --no-install-recommends $packages
-    } >"$log" 2>&1 </dev/null 8>&-; then
-        rm "$PRIVATE/unfinished"
-    elif [ "$again" ] && ! reason "$log" >/dev/null; then
-        say "It was interrupted earlier and cannot be taken up again."
-        mv "$PRIVATE" "$PRIVATE.new.old"
-        make_private "${FIRST_GROUPS[@]}" "$1"
-    else
-        explain "$log" "Installing the packages of \"$1\""
-    fi
+    run_apart "$log" as_private_root sh -c 'apt-get -q install -y --no-install-recommends "$@" && apt-get clean' sh "$@" ||
+        explain "$log" "Installing the packages"
+    rm "$PRIVATE/unfinished"
 }
 
-# Runs a command as the root of the private system, in which it then is all that there is.
+# apt and dpkg take up again what an interrupted run left, with the packages that it had fetched;
+# where they cannot, another system takes this one's place.
+finish_private() {
+    local log=$CACHE/apt.log
+    lock
+    if [ -e "$PRIVATE/unfinished" ]; then
+        say "The private system was interrupted while packages were added; finishing that …"
+        if run_apart "$log" as_private_root sh -c 'dpkg --configure -a && apt-get -q install -y --fix-broken'; then
+            rm "$PRIVATE/unfinished"
+        else
+            ! reason "$log" >/dev/null || explain "$log" "Finishing it"
+            WHY_PRIVATE="It cannot be taken up again"
+            make_private
+        fi
+    fi
+    unlock
+}
+
+# Becomes a command of the root of the private system, in which it then is all that there is. Where
+# one user is mapped, none but he can own a file, and fakeroot is not to try.
 as_private_root() {
     local unshare=(setpriv --pdeathsig KILL unshare --mount --pid --fork --kill-child=KILL) fake=
     [ "$EUID" -eq 0 ] || { unshare+=(--user --map-root-user); fake=fakeroot; }
-    "${unshare[@]}" -- /bin/sh -c '
+    exec "${unshare[@]}" -- /bin/sh -c '
         set -e
         system=$1 fake=$2
         shift 2
@@ -257,8 +321,59 @@ as_private_root() {
         mount -t proc proc "$system/proc"
         mount --bind /etc/resolv.conf "$system/etc/resolv.conf"
         exec chroot "$system" env -u APT_CONFIG PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 \
-            DEBIAN_FRONTEND=noninteractive $fake "$@"
+            DEBIAN_FRONTEND=noninteractive FAKEROOTDONTTRYCHOWN=1 $fake "$@"
     ' sh "$PRIVATE" "$fake" "$@"
+}
+
+# ---- long commands, and what is half made when they are interrupted
+
+APART=()  # their process groups
+MADE=()   # what goes away with us until it is whole
+
+# A command, or a function that becomes one, in a process group of its own: it gets neither our Ctrl-C
+# nor we its signals, and ends with us. Its output goes to a file.
+start_apart() {
+    local log=$1
+    shift
+    trap stop_apart EXIT
+    trap 'exit 129' HUP
+    trap 'say "Interrupted."; exit 130' INT
+    trap 'exit 143' TERM
+    set -m
+    "$@" >"$log" 2>&1 </dev/null 8>&- &
+    APART+=($!)
+    set +m
+}
+
+# Waits for all of them; fails when one has.
+wait_apart() {
+    local process status=0
+    for process in "${APART[@]}"; do wait "$process" || status=1; done
+    APART=()
+    [ ${#MADE[@]} -gt 0 ] || trap - EXIT HUP INT TERM
+    return $status
+}
+
+run_apart() {
+    start_apart "$@"
+    wait_apart
+}
+
+# Politely first: the tools then clean up behind them.
+stop_apart() {
+    local status=$? process try path
+    trap '' HUP INT TERM
+    for process in "${APART[@]}"; do kill -TERM -- "-$process" 2>/dev/null || true; done
+    for process in "${APART[@]}"; do
+        for try in {1..15}; do
+            kill -0 -- "-$process" 2>/dev/null || break
+            sleep 0.1
+        done
+        kill -KILL -- "-$process" 2>/dev/null || true
+        wait "$process" 2>/dev/null || true
+    done
+    for path in "${MADE[@]}"; do remove "$path"; done
+    exit $status
 }
 
 # ---- what went wrong

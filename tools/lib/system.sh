@@ -6,9 +6,13 @@
 # inside CMD ARG…  runs a command in there, with this directory, these streams, its exit status
 # become CMD ARG…  the same in place of this shell: signals reach the command itself
 #
-# PHP, PHP_CONFIG and PHPIZE are its programs, once it is found.
+# PHP, PHP_CONFIG and PHPIZE are its programs, once it is found. DEV_PRIVATE asks for the private one.
 
-CACHE=${XDG_CACHE_HOME:-${HOME:-/tmp}/.cache}/php-template
+# A relative XDG_CACHE_HOME counts for nothing, as the rules for that variable have it.
+case ${XDG_CACHE_HOME-} in
+    /*) CACHE=$XDG_CACHE_HOME/php-template ;;
+    *) CACHE=${HOME:-/var/tmp/php-template-$EUID}/.cache/php-template ;;
+esac
 PRIVATE=$CACHE/trixie
 
 API=20240924
@@ -20,18 +24,7 @@ KEEP=()  # what must stay visible of the machine's /usr and /etc in the private 
 # Settles which system it is, and makes it when there is none. Costs nothing when settled.
 find_system() {
     [ -z "$KIND" ] || return 0
-    local config
-    if [ -n "${PHP_CONFIG-}" ]; then
-        suits "$PHP_CONFIG" || die "PHP_CONFIG must name the php-config of a $WANTED: $WHY_NOT."
-        KIND=own
-    else
-        for config in php-config8.4 php-config; do
-            if command -v "$config" >/dev/null && suits "$config"; then
-                KIND=own
-                break
-            fi
-        done
-    fi
+    [ "${DEV_PRIVATE-}" ] || find_php
     if [ "$KIND" ]; then
         [ "$PHP_CONFIG" != /usr/bin/php-config8.4 ] || [ ! -f /var/lib/dpkg/info/php8.4-dev.list ] || KIND=host
     elif [ -d "$PRIVATE" ]; then
@@ -41,6 +34,22 @@ find_system() {
         set_up_system
     fi
     export PHP PHP_CONFIG
+}
+
+# A PHP that is there: the one that PHP_CONFIG names, or one on the PATH.
+find_php() {
+    local config
+    if [ -n "${PHP_CONFIG-}" ]; then
+        suits "$PHP_CONFIG" || die "PHP_CONFIG must name the php-config of a $WANTED: $WHY_NOT."
+        KIND=own
+        return
+    fi
+    for config in php-config8.4 php-config; do
+        if command -v "$config" >/dev/null && suits "$config"; then
+            KIND=own
+            return
+        fi
+    done
 }
 
 # Whether a php-config belongs to the PHP that is needed; WHY_NOT says what is wrong with it.
@@ -83,13 +92,21 @@ become() {
     exec "${ENTER[@]}" "$@"
 }
 
+# What is missing of all the groups is added at once.
 need() {
     find_system
-    local group
+    local group missing=()
+    if [ "$KIND" = private ] && [ -e "$PRIVATE/unfinished" ]; then
+        . "$ROOT/tools/lib/setup.sh"
+        finish_private
+    fi
     for group in "$@"; do
         [ -f "$ROOT/tools/packages/$group.txt" ] || die "There is no package group \"$group\" in tools/packages."
-        has_group "$group" || { . "$ROOT/tools/lib/setup.sh"; add_group "$group"; }
+        has_group "$group" || missing+=("$group")
     done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    . "$ROOT/tools/lib/setup.sh"
+    add_groups "${missing[@]}"
 }
 
 # What the private system has is asked of its package database's files, which costs no process.
@@ -99,23 +116,25 @@ has_group() {
         return
     fi
     local package comment info=$PRIVATE/var/lib/dpkg/info
-    [ ! -e "$PRIVATE/unfinished" ] || return 1
     while read -r package comment; do
         [[ $package == [a-z0-9]* ]] || continue
         compgen -G "$info/$package.list" >/dev/null || compgen -G "$info/$package:*.list" >/dev/null || return 1
     done <"$ROOT/tools/packages/$1.txt"
 }
 
-# The package names in a group's file: the first word of each line; "#" starts a comment.
-packages_of() { sed -nE 's/^([a-z0-9][^[:space:]]*).*/\1/p' "$ROOT/tools/packages/$1.txt"; }
+# The package names in groups' files: the first word of each line; "#" starts a comment.
+packages_of() {
+    local group
+    for group in "$@"; do sed -nE 's/^([a-z0-9][^[:space:]]*).*/\1/p' "$ROOT/tools/packages/$group.txt"; done
+}
 
-# The packages of a group that this machine lacks. A PHP of somebody's own has its own parts, and
+# The packages of groups that this machine lacks. A PHP of somebody's own has its own parts, and
 # where there is no dpkg nobody can tell.
 missing_of() {
     command -v dpkg-query >/dev/null || return 0
     local package installed
     installed=" $(dpkg-query -W -f='${db:Status-Status}:${Package} ' 2>/dev/null)"
-    for package in $(packages_of "$1"); do
+    for package in $(packages_of "$@" | sort -u); do
         [[ $KIND = own && $package == *php8.4* || $installed == *" installed:$package "* ]] || printf '%s\n' "$package"
     done
 }

@@ -30,6 +30,7 @@ final class Shape implements Engine
         'blanks behind a keyword' => ['{optional', ' ', '}{/optional}', ''],
         '`%` in a message' => ['{/optional}', '%', '', ''],
         'includes' => ['', '{include data:,x}', '', ''],
+        'conditions in a section' => ['{dynamic r,list}', '{optional r::*}x{/optional}', '{/dynamic}', ''],
         'sections in a row' => ['', '{optional v}x{/optional}', '', ''],
         'sections in each other' => ['', '{dynamic list}', '', '{/dynamic}'],
         'named sections in each other' => ['', '{dynamic #,list}', '', '{/dynamic}'],

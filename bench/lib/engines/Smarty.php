@@ -16,11 +16,6 @@ final class Smarty implements Engine
     private readonly Library $smarty;
     private readonly string $source;
 
-    public static function isInstalled(): bool
-    {
-        return \is_file(self::LIBRARY);
-    }
-
     public static function version(): string
     {
         require_once self::LIBRARY;
@@ -37,7 +32,7 @@ final class Smarty implements Engine
         $this->smarty->setCompileCheck(Library::COMPILECHECK_OFF);
         $this->source = $workload->isString
             ? 'string:' . \file_get_contents($workload->template('smarty'))
-            : $workload->name . '/template.smarty';
+            : $workload->templateName('smarty');
     }
 
     public function render(): string

@@ -18,11 +18,6 @@ final class Twig implements Engine
     private readonly string $source;
     private readonly bool $isString;
 
-    public static function isInstalled(): bool
-    {
-        return \is_file(self::LIBRARY);
-    }
-
     public static function version(): string
     {
         require_once self::LIBRARY;
@@ -42,7 +37,7 @@ final class Twig implements Engine
         $this->isString = $workload->isString;
         $this->source = $workload->isString
             ? \file_get_contents($workload->template('twig'))
-            : $workload->name . '/template.twig';
+            : $workload->templateName('twig');
     }
 
     public function render(): string

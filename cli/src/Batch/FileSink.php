@@ -11,6 +11,9 @@ use TemplateCli\UsageError;
 /** A file for each row. No file is ever overwritten, so that two rows with one name are noticed. */
 final class FileSink implements Sink
 {
+    /** What is wrong with the name of a file, and not with the disk that it should be on. */
+    private const string OWN_FAULT = '~: (File name too long|Not a directory|Is a directory|File exists|Invalid argument)$~D';
+
     private Journal $journal;
     private Done $done;
     private string $knownFolder = '';
@@ -40,7 +43,14 @@ final class FileSink implements Sink
         return clone $this->done;
     }
 
-    public function put(Row $row): ?string
+    public function pack(Row $row): Packed
+    {
+        [$name, $fault] = $row->fault === null ? $this->names->of($row) : [null, $row->fault];
+
+        return new Packed($row->line, (string) $row->result, $fault, $row->notices, (string) $name);
+    }
+
+    public function put(Packed $row): ?string
     {
         $fault = $row->fault ?? $this->write($row);
         ++$this->done->rows;
@@ -59,29 +69,30 @@ final class FileSink implements Sink
         $this->journal->remove();
     }
 
-    private function write(Row $row): ?string
+    private function write(Packed $row): ?string
     {
-        [$name, $fault] = $this->names->of($row);
-        if ($name === null) {
-            return $fault;
-        }
-        $this->makeFolder(dirname($name));
-        if ($row->line === $this->inDoubt) {
-            AtomicFile::removeRests($name);
-        }
-        if ($this->force) {
-            AtomicFile::replace($name, $row->result);
-        } elseif (!AtomicFile::create($name, $row->result) && !$this->isOurs($row, $name)) {
-            return "$name is there already, from another row or an earlier run";
+        try {
+            $this->makeFolder(dirname($row->name));
+            if ($row->line === $this->inDoubt) {
+                AtomicFile::removeRests($row->name);
+            }
+            if ($this->force) {
+                AtomicFile::replace($row->name, $row->bytes);
+            } elseif (!AtomicFile::create($row->name, $row->bytes) && !$this->isOurs($row)) {
+                return "$row->name is there already, from another row or an earlier run";
+            }
+        } catch (Failure $failure) {
+            // A full disk or a missing permission would stop every further row as well.
+            return preg_match(self::OWN_FAULT, $failure->getMessage()) === 1 ? $failure->getMessage() : throw $failure;
         }
 
         return null;
     }
 
     /** A run that was killed may have written its last file without noting it down. */
-    private function isOurs(Row $row, string $name): bool
+    private function isOurs(Packed $row): bool
     {
-        return $this->resume && @file_get_contents($name) === $row->result;
+        return $this->resume && @file_get_contents($row->name) === $row->bytes;
     }
 
     private function makeFolder(string $folder): void
@@ -89,8 +100,10 @@ final class FileSink implements Sink
         if ($folder === $this->knownFolder) {
             return;
         }
+        error_clear_last();
         if (!is_dir($folder) && !@mkdir($folder, recursive: true) && !is_dir($folder)) {
-            throw new Failure("Could not make the folder $folder");
+            $reason = preg_replace('~^.*: ~', '', error_get_last()['message'] ?? 'unknown error');
+            throw new Failure("Could not make the folder $folder: $reason");
         }
         $this->knownFolder = $folder;
     }

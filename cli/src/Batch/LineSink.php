@@ -74,15 +74,21 @@ final class LineSink implements Sink
         return $done;
     }
 
-    public function put(Row $row): ?string
+    public function pack(Row $row): Packed
     {
         [$line, $fault] = self::line($row);
-        $this->buffer .= $line;
+
+        return new Packed($row->line, $line, $fault, $row->notices);
+    }
+
+    public function put(Packed $row): ?string
+    {
+        $this->buffer .= $row->bytes;
         if (strlen($this->buffer) >= self::BUFFER) {
             $this->flush();
         }
 
-        return $fault;
+        return $row->fault;
     }
 
     public function flush(): void

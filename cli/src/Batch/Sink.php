@@ -10,8 +10,11 @@ interface Sink
     /** Skips the rows that an interrupted run has done already, and makes ready to go on after them. */
     public function prepare(RowReader $rows, RowRenderer $renderer): Done;
 
-    /** Takes one row, and tells its fault: the row's own, or why its result cannot be kept. */
-    public function put(Row $row): ?string;
+    /** Makes of a row what put() takes. */
+    public function pack(Row $row): Packed;
+
+    /** Takes one row after the other, and tells its fault. */
+    public function put(Packed $row): ?string;
 
     /** Nothing may stay in memory while the input has nothing to read. */
     public function flush(): void;

@@ -17,6 +17,7 @@ use TemplateCli\Batch\RowReader;
 use TemplateCli\Batch\RowRenderer;
 use TemplateCli\Batch\Run;
 use TemplateCli\Batch\Sink;
+use TemplateCli\Batch\Verification;
 use TemplateCli\Extension;
 use TemplateCli\UsageError;
 
@@ -27,6 +28,7 @@ final class BatchCommand extends TemplateCommand
     {
         parent::configure();
         $this->addDataOptions();
+        PartOptions::addTo($this);
         $this
             ->addArgument('template', InputArgument::REQUIRED, 'The template file')
             ->addArgument(
@@ -49,6 +51,7 @@ final class BatchCommand extends TemplateCommand
                 'Go on where an interrupted run with the same --output stopped',
             )
             ->addOption('force', null, InputOption::VALUE_NONE, 'Overwrite what is there, and begin with the first row')
+            ->addOption('jobs', 'j', InputOption::VALUE_REQUIRED, 'Render in so many processes', '1')
             ->addOption('allow-faults', null, InputOption::VALUE_NONE, 'Exit with status 0 also when rows had faults')
             ->addOption('no-progress', null, InputOption::VALUE_NONE, 'No progress bar on the terminal')
             ->setHelp(
@@ -61,13 +64,20 @@ final class BatchCommand extends TemplateCommand
 
     protected function execute(InputInterface $input, OutputInterface $output): int
     {
-        Extension::need();
-        $start = hrtime(true);
-        $rows = new RowReader($input->getArgument('rows'));
+        $parts = new PartOptions($input);
+        $parts->verify || Extension::need();
         $renderer = new RowRenderer($input->getArgument('template'), self::data($input, $input->getOption('data')));
-        $complain = static fn (string $message) => self::complain($output, $message, always: true);
+        if ($parts->verify) {
+            return self::tell($parts->verification($renderer), $output);
+        }
+        $start = hrtime(true);
+        $jobs = self::jobs($input->getOption('jobs'));
+        $rows = new RowReader($input->getArgument('rows'), $parts->part);
+        $complain = static fn (string $message) => self::complain($output, $parts->place() . $message, always: true);
         $run = new Run($rows, $renderer, self::sink($input), $complain);
-        $run->go(self::progress($input, self::errors($output), $run, $rows));
+        $parts->manifest?->remove();
+        $run->go(self::progress($input, self::errors($output), $run, $rows), $jobs);
+        $parts->record($run, $renderer);
         self::complain($output, self::summary($run, (hrtime(true) - $start) / 1e9, $input));
 
         return match (true) {
@@ -75,6 +85,23 @@ final class BatchCommand extends TemplateCommand
             $run->done->faults > 0 && !$input->getOption('allow-faults') => self::FAILURE,
             default => self::SUCCESS,
         };
+    }
+
+    private static function tell(Verification $verification, OutputInterface $output): int
+    {
+        foreach ($verification->faults as $fault) {
+            self::complain($output, $fault, always: true);
+        }
+        if ($verification->faults !== []) {
+            return self::FAILURE;
+        }
+        self::complain($output, sprintf(
+            'All as the manifest says: %s rows, %s of them with faults.',
+            number_format($verification->done->rows),
+            number_format($verification->done->faults),
+        ));
+
+        return self::SUCCESS;
     }
 
     private static function progress(InputInterface $input, OutputInterface $errors, Run $run, RowReader $rows): ?Progress
@@ -88,11 +115,24 @@ final class BatchCommand extends TemplateCommand
         return new Progress($errors, $rows->size, $run->before, $rows->bytes);
     }
 
+    private static function jobs(string $option): int
+    {
+        $jobs = filter_var($option, FILTER_VALIDATE_INT, ['options' => ['min_range' => 1, 'max_range' => 256]]);
+        if ($jobs === false) {
+            throw new UsageError('--jobs takes a number of processes, from 1 to 256.');
+        }
+
+        return $jobs === 1 || function_exists('pcntl_fork') ? $jobs : throw new UsageError('--jobs needs the PHP extension "pcntl".');
+    }
+
     private static function sink(InputInterface $input): Sink
     {
         [$output, $resume, $force] = array_map($input->getOption(...), ['output', 'resume', 'force']);
         if ($resume && $force) {
             throw new UsageError('--resume goes on with what is there, --force does away with it: give one of them.');
+        }
+        if ($output === '') {
+            throw new UsageError('--output needs the name of a file, or a pattern.');
         }
         if ($output === null && $resume) {
             throw new UsageError('--resume needs --output: what went to standard output cannot be looked at again.');

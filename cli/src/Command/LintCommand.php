@@ -15,28 +15,31 @@ use TemplateCli\Lint\FileFinder;
 use TemplateCli\Lint\Format;
 use TemplateCli\Lint\Linter;
 use TemplateCli\Lint\Report;
+use TemplateCli\Lint\Sample;
+use TemplateCli\Project;
+use TemplateCli\StandardInput;
 use TemplateCli\UsageError;
 
 #[AsCommand('lint', 'Checks templates and tells the place of every fault')]
 final class LintCommand extends TemplateCommand
 {
+    /** @var array<string, Sample> those that were read, by file */
+    private array $samples = [];
+
     protected function configure(): void
     {
         parent::configure();
         $names = array_column(HintKind::cases(), 'value');
         $hints = array_map(static fn (HintKind $kind): string => "  $kind->value: {$kind->summary()}", HintKind::cases());
+        $many = InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY;
         $this
             ->addArgument(
                 'path',
-                InputArgument::REQUIRED | InputArgument::IS_ARRAY,
-                'Files, and folders with all that is in them',
+                InputArgument::IS_ARRAY,
+                'Files, folders with all templates in them, - for standard input; else what the project file names',
             )
-            ->addOption(
-                'name',
-                null,
-                InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY,
-                'In folders, only files whose name matches this pattern, such as "*.tpl"',
-            )
+            ->addOption('name', null, $many, 'In folders, files whose name matches this pattern, instead of "*.tpl"')
+            ->addOption('stdin-name', null, InputOption::VALUE_REQUIRED, 'What the text on standard input is called')
             ->addOption(
                 'format',
                 'f',
@@ -46,27 +49,10 @@ final class LintCommand extends TemplateCommand
                 array_column(Format::cases(), 'value'),
             )
             ->addOption('no-hints', null, InputOption::VALUE_NONE, 'Report faults only')
-            ->addOption(
-                'no-hint',
-                null,
-                InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY,
-                'Switch a hint off',
-                [],
-                $names,
-            )
-            ->addOption(
-                'allow-raw',
-                null,
-                InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY,
-                'References that may be printed raw in HTML, as a pattern such as "*_html"',
-            )
+            ->addOption('no-hint', null, $many, 'Switch a hint off', [], $names)
+            ->addOption('allow-raw', null, $many, 'References that may be printed raw in HTML, as a pattern such as "*_html"')
             ->addOption('strict', null, InputOption::VALUE_NONE, 'Hints, too, make the exit status 1')
-            ->addOption(
-                'data',
-                'd',
-                InputOption::VALUE_REQUIRED,
-                'Sample data (JSON) for the call of template() that confirms the findings',
-            )
+            ->addOption('data', 'd', InputOption::VALUE_REQUIRED, 'Sample data (JSON), held against the templates as "check" does it')
             ->setHelp(
                 "Writes one line for each fault, <info>file:line:column: message</info>, and for each hint.\n"
                 . "The exit status is 0 without faults, 1 with faults, 2 when the command itself is wrong.\n\nThe hints:\n"
@@ -76,47 +62,89 @@ final class LintCommand extends TemplateCommand
 
     protected function execute(InputInterface $input, OutputInterface $output): int
     {
-        $format = Format::tryFrom($input->getOption('format'))
-            ?? throw new UsageError('The format is one of text, json, github and checkstyle.');
+        $format = Format::of($input->getOption('format'));
         $report = new Report();
-        $linter = new Linter(
-            $input->getOption('data') === null ? [] : self::dataFrom($input->getOption('data')),
-            self::hints($input),
-            $input->getOption('allow-raw'),
-            Engine::isLoaded() ? new Engine() : null,
-            $report,
-        );
-        foreach (new FileFinder($input->getOption('name'))->find($input->getArgument('path')) as $file) {
-            if (FileFinder::isBinary($file)) {
-                $report->binary[] = $file;
-            } else {
-                ++$report->files;
-                $linter->file($file);
-            }
+        $paths = $input->getArgument('path') ?: $this->project->paths
+            ?: throw new UsageError('Name files or folders, or - for standard input; or a project file (template.json) with "paths".');
+        $groups = [];
+        foreach (new FileFinder($input->getOption('name') ?: $this->project->names)->find($paths) as $file) {
+            $isInput = $file === FileFinder::STANDARD_INPUT;
+            $folder = dirname($isInput ? $input->getOption('stdin-name') ?? '.' : $file);
+            $groups[$folder][] = $isInput ? null : $file;
         }
-        $linter->finish();
-        $output->write($format->write($report), false, OutputInterface::OUTPUT_RAW | OutputInterface::VERBOSITY_QUIET);
-        array_map(static fn (string $line) => self::complain($output, $line), self::summary($report, $input));
+        foreach (self::byProject($groups, fn (string $folder): Project => $this->projectOf($input, $folder)) as [$project, $files]) {
+            $this->enter($project);
+            $this->lint($input, $files, $report);
+        }
+        $report->sort();
+        self::result($output, $format->write($report));
+        array_map(static fn (string $line) => self::complain($output, $line), self::summary($report));
 
         return $report->faults() > 0 || ($input->getOption('strict') && $report->hints() > 0) ? self::FAILURE : self::SUCCESS;
     }
 
+    /**
+     * @param array<string, list<?string>> $groups files by folder
+     * @param \Closure(string): Project $projectOf
+     *
+     * @return array<array{Project, list<?string>}>
+     */
+    private static function byProject(array $groups, \Closure $projectOf): array
+    {
+        $projects = [];
+        foreach ($groups as $folder => $files) {
+            $project = $projectOf((string) $folder);
+            $projects[$project->file] ??= [$project, []];
+            array_push($projects[$project->file][1], ...$files);
+        }
+
+        return $projects;
+    }
+
+    /** @param list<?string> $files null for standard input */
+    private function lint(InputInterface $input, array $files, Report $report): void
+    {
+        $raw = [...$this->project->allowRaw, ...$input->getOption('allow-raw')];
+        $linter = new Linter($this->hints($input), $raw, Engine::isLoaded() ? new Engine() : null, $report);
+        foreach ($files as $file) {
+            ++$report->files;
+            if ($file === null) {
+                $name = $input->getOption('stdin-name') ?? 'standard input';
+                $linter->text($name, StandardInput::read(), $this->samples($input, $name));
+            } else {
+                $linter->file($file, $this->samples($input, $file));
+            }
+        }
+        $linter->finish();
+    }
+
+    /** @return list<Sample> */
+    private function samples(InputInterface $input, string $template): array
+    {
+        $given = $input->getOption('data');
+
+        return array_map(
+            fn (string $file): Sample => $this->samples[$file] ??= new Sample($file, self::dataFrom($file)),
+            $given === null ? $this->project->dataFor($template) : [$given],
+        );
+    }
+
     /** @return list<HintKind> */
-    private static function hints(InputInterface $input): array
+    private function hints(InputInterface $input): array
     {
         $off = array_map(
             static fn (string $name): HintKind => HintKind::tryFrom($name)
                 ?? throw new UsageError("There is no hint \"$name\"; \"template help lint\" lists them."),
-            $input->getOption('no-hint'),
+            [...$this->project->off, ...$input->getOption('no-hint')],
         );
+        $isWanted = static fn (HintKind $kind): bool => !in_array($kind, $off, true)
+            && ($kind->isFault() || !$input->getOption('no-hints'));
 
-        return $input->getOption('no-hints')
-            ? []
-            : array_values(array_filter(HintKind::cases(), static fn (HintKind $kind): bool => !in_array($kind, $off, true)));
+        return array_values(array_filter(HintKind::cases(), $isWanted));
     }
 
     /** @return list<string> */
-    private static function summary(Report $report, InputInterface $input): array
+    private static function summary(Report $report): array
     {
         $lines = [sprintf(
             '%s, %s, %s.',
@@ -124,28 +152,20 @@ final class LintCommand extends TemplateCommand
             self::count($report->faults(), 'fault'),
             self::count($report->hints(), 'hint'),
         )];
-        if ($report->binary !== []) {
-            $lines[] = 'Left out, as they are not text: ' . implode(', ', $report->binary) . '.';
-        }
         if (!Engine::isLoaded()) {
             $lines[] = 'The extension is not loaded: these are the findings of lint alone, not confirmed by template().';
         } elseif ($report->notAsked !== []) {
             $lines[] = 'Not confirmed by template(), because of what they include: ' . implode(', ', $report->notAsked) . '.';
         }
-        if ($input->getOption('data') === null) {
+        if (!$report->isSampled) {
             $lines[] = 'Not seen without data: which files are included under names from the data, names that are missing'
                 . ($report->sectionReferences === 0 ? '' : sprintf(
                     ', and what %s into repeated sections would find',
                     self::count($report->sectionReferences, 'reference'),
                 ))
-                . '. A sample (--data FILE) lets template() try.';
+                . '. With a sample (--data FILE) they are checked.';
         }
 
         return $lines;
-    }
-
-    private static function count(int $count, string $what): string
-    {
-        return $count === 1 ? "1 $what" : "$count {$what}s";
     }
 }

@@ -10,8 +10,10 @@ use Symfony\Component\Console\Input\InputInterface;
 use Symfony\Component\Console\Input\InputOption;
 use Symfony\Component\Console\Output\OutputInterface;
 use TemplateCli\AtomicFile;
+use TemplateCli\Check;
 use TemplateCli\Engine;
 use TemplateCli\Extension;
+use TemplateCli\Lint\Finding;
 use TemplateCli\Render\Watch;
 use TemplateCli\UsageError;
 
@@ -27,6 +29,7 @@ final class RenderCommand extends TemplateCommand
             ->addArgument('data', InputArgument::OPTIONAL, 'A JSON file with the data, or - for standard input')
             ->addOption('string', null, InputOption::VALUE_REQUIRED, 'The template text itself, instead of a file')
             ->addOption('output', 'o', InputOption::VALUE_REQUIRED, 'The file to write, as a whole or not at all')
+            ->addOption('strict', null, InputOption::VALUE_NONE, 'Refuse to print a page of which "check" finds something')
             ->addOption(
                 'watch',
                 'w',
@@ -49,6 +52,9 @@ final class RenderCommand extends TemplateCommand
             [$template, $data] = [$text, $template];
         }
         $template ?? throw new UsageError('Give a template file, or its text with --string.');
+        if ($input->getOption('output') === '') {
+            throw new UsageError('--output needs the name of a file.');
+        }
         if (!$input->getOption('watch')) {
             return $this->render($input, $output, $template, $data);
         }
@@ -60,7 +66,18 @@ final class RenderCommand extends TemplateCommand
 
     private function render(InputInterface $input, OutputInterface $output, string $template, ?string $dataFile): int
     {
-        $outcome = new Engine()->render($template, self::data($input, $dataFile), $input->getOption('string') !== null);
+        $data = self::data($input, $dataFile);
+        $isText = $input->getOption('string') !== null;
+        if ($input->getOption('strict')) {
+            $problems = new Check($isText ? '--string' : $template, $isText ? $template : null, isDecoded: true)->problems($data);
+            foreach ($problems as $problem) {
+                self::complain($output, Finding::ofProblem($problem, '')->line(), always: true);
+            }
+            if ($problems !== []) {
+                return self::FAILURE;
+            }
+        }
+        $outcome = new Engine()->render($template, $data, $isText);
         foreach ($outcome->notices as $notice) {
             self::complain($output, "PHP: $notice");
         }
@@ -72,8 +89,7 @@ final class RenderCommand extends TemplateCommand
         if ($input->getOption('output') !== null) {
             AtomicFile::replace($input->getOption('output'), $outcome->result);
         } else {
-            // Not even --quiet silences the result: it is all that this command is for.
-            $output->write($outcome->result, false, OutputInterface::OUTPUT_RAW | OutputInterface::VERBOSITY_QUIET);
+            self::result($output, $outcome->result);
         }
 
         return self::SUCCESS;

@@ -10,12 +10,19 @@ use Symfony\Component\Console\Input\InputOption;
 use Symfony\Component\Console\Output\ConsoleOutputInterface;
 use Symfony\Component\Console\Output\OutputInterface;
 use TemplateCli\Json;
+use TemplateCli\Project;
 use TemplateCli\Render\Assignments;
+use TemplateCli\Result;
+use TemplateCli\StandardInput;
 use TemplateCli\UsageError;
 
 /** What the commands have in common. */
 abstract class TemplateCommand extends Command
 {
+    protected Project $project;
+    /** @var list<string> what the command line and PHP say, without the project */
+    private array $includePath;
+
     protected function configure(): void
     {
         $this->addOption(
@@ -24,14 +31,29 @@ abstract class TemplateCommand extends Command
             InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY,
             'A folder in which templates and includes are looked for',
         );
+        $this->addOption('project', null, InputOption::VALUE_REQUIRED, 'The project file, instead of the nearest template.json');
     }
 
     protected function initialize(InputInterface $input, OutputInterface $output): void
     {
-        $folders = $input->getOption('include-path');
-        if ($folders !== []) {
-            set_include_path(implode(PATH_SEPARATOR, [...$folders, get_include_path()]));
-        }
+        $this->includePath = array_filter([...$input->getOption('include-path'), get_include_path()]);
+        $template = $input->hasArgument('template') ? $input->getArgument('template') : null;
+        $this->enter($this->projectOf($input, is_array($template) ? $template[0] : $template ?? '.'));
+    }
+
+    protected function projectOf(InputInterface $input, string $path): Project
+    {
+        $file = $input->getOption('project');
+
+        return $file === null ? Project::around($path) : Project::read($file);
+    }
+
+    /** Templates are looked for where this project says, too. */
+    protected function enter(Project $project): void
+    {
+        $this->project = $project;
+        $own = array_slice($this->includePath, 0, -1);
+        set_include_path(implode(PATH_SEPARATOR, [...$own, ...$project->includePath, ...array_slice($this->includePath, -1)]));
     }
 
     protected function addDataOptions(): void
@@ -54,6 +76,20 @@ abstract class TemplateCommand extends Command
         return Assignments::apply($data, $input->getOption('set'), $input->getOption('set-json'));
     }
 
+    /** Not even --quiet silences the result: it is all that a command is for. */
+    protected static function result(OutputInterface $output, string $bytes): void
+    {
+        $output instanceof ConsoleOutputInterface
+            ? Result::write($bytes)
+            : $output->write($bytes, false, OutputInterface::OUTPUT_RAW | OutputInterface::VERBOSITY_QUIET);
+    }
+
+    /** @param string $what in the singular */
+    protected static function count(int $count, string $what): string
+    {
+        return $count === 1 ? "1 $what" : "$count {$what}s";
+    }
+
     protected static function errors(OutputInterface $output): OutputInterface
     {
         return $output instanceof ConsoleOutputInterface ? $output->getErrorOutput() : $output;
@@ -73,15 +109,26 @@ abstract class TemplateCommand extends Command
      */
     protected static function dataFrom(string $file): array
     {
-        $json = @file_get_contents($file === '-' ? 'php://stdin' : $file);
         $what = $file === '-' ? 'standard input' : $file;
+        $json = $file === '-' ? StandardInput::read() : @file_get_contents($file);
         if ($json === false) {
             throw new UsageError("Could not read the data in $what.");
         }
+
+        return self::decoded($json, $what);
+    }
+
+    /** @return array<mixed> */
+    protected static function decoded(string $json, string $what): array
+    {
         try {
             return Json::data($json);
         } catch (\JsonException $exception) {
-            throw new UsageError("The data in $what is not a JSON object or list: {$exception->getMessage()}.");
+            // Of a row, which has its own line, the column is enough.
+            $why = str_starts_with($what, 'line ')
+                ? str_replace(' at line 1, ', ' at ', $exception->getMessage())
+                : $exception->getMessage();
+            throw new UsageError("The data in $what is not a JSON object or list: $why.");
         }
     }
 }

@@ -17,6 +17,8 @@ final readonly class Fault
         public bool $atRendering = false,
         /** Without user data the engine does not meet it. */
         public bool $needsData = false,
+        /** Some data bring it up, others do not. */
+        public bool $dependsOnData = false,
     ) {
     }
 
@@ -30,7 +32,7 @@ final readonly class Fault
     public function whereNothingIsRendered(): self
     {
         return $this->atRendering
-            ? new self($this->place, $this->message, $this->note, atRendering: true, needsData: true)
+            ? new self($this->place, $this->message, $this->note, atRendering: true, needsData: true, dependsOnData: true)
             : $this;
     }
 

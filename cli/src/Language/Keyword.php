@@ -47,6 +47,11 @@ enum Keyword: string
         return $trimmed === '' ? $rest : $trimmed;
     }
 
+    public function closes(): bool
+    {
+        return $this->value !== '' && $this->value[0] === '/';
+    }
+
     public function opensSection(): bool
     {
         return $this->closedBy() !== null;

@@ -13,7 +13,7 @@ final class OpenSection
     /** What the section holds is rendered without data. */
     public bool $live = false;
 
-    public function __construct(public readonly Tag $tag)
+    public function __construct(public readonly Tag $tag, public readonly Node $node)
     {
     }
 

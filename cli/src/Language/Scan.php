@@ -9,6 +9,8 @@ final class Scan
 {
     /** @var array<string, Fault> by key, in the order in which the engine comes by */
     public array $faults = [];
+    /** @var list<Node> the tags of this file in their order; a tree of objects, very deep, would be more than PHP can free */
+    private array $nodes = [];
     /** @var list<Hint> of this file alone */
     public array $hints = [];
     /** @var list<IncludedFile> of this file alone */
@@ -26,6 +28,29 @@ final class Scan
 
     public function __construct(public readonly Source $source)
     {
+    }
+
+    public function addNode(Tag $tag): Node
+    {
+        $node = $this->nodes[] = new Node($this->source, $tag, count($this->nodes));
+        $node->end = $node->at + 1;
+
+        return $node;
+    }
+
+    /** What is read from now on is no part of this section. */
+    public function end(Node $section): void
+    {
+        $section->end = count($this->nodes);
+    }
+
+    /** @return \Generator<Node> the tags in a section, or in the whole file; those in sections within are the sections' */
+    public function nodes(?Node $section = null): \Generator
+    {
+        $end = $section->end ?? count($this->nodes);
+        for ($at = $section === null ? 0 : $section->at + 1; $at < $end; $at = $this->nodes[$at]->end) {
+            yield $this->nodes[$at];
+        }
     }
 
     public function add(Fault $fault): void

@@ -15,9 +15,12 @@ final class Scanner
     /** @var array<string, Scan> by name */
     private array $scans = [];
 
-    /** @param array<mixed> $data where include tags may find the name of their file */
-    public function __construct(private readonly array $data = [])
+    private readonly Slot $data;
+
+    /** @param array<mixed>|Slot $data where include tags may find the name of their file */
+    public function __construct(array|Slot $data = [])
     {
+        $this->data = is_array($data) ? Slot::top($data, isDecoded: $data === []) : $data;
     }
 
     /** @param list<string> $chain the names of the files that lead here, the outermost first */

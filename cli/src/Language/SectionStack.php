@@ -14,6 +14,10 @@ final class SectionStack
     /** @var array<string, int> how many sections wait for this closing tag */
     private array $closings = [];
 
+    public function __construct(private readonly Scan $scan)
+    {
+    }
+
     public function push(OpenSection $section): void
     {
         $this->sections[] = $section;
@@ -22,7 +26,9 @@ final class SectionStack
 
     public function pop(): void
     {
-        $this->count(array_pop($this->sections), -1);
+        $section = array_pop($this->sections);
+        $this->scan->end($section->node);
+        $this->count($section, -1);
     }
 
     private function count(OpenSection $section, int $change): void

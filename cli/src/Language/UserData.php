@@ -8,21 +8,22 @@ namespace TemplateCli\Language;
 final class UserData
 {
     /**
-     * @param array<mixed> $data
+     * Follows the path from a value: from the top of the data when that slot's path is empty.
+     *
      * @param list<string> $path
      */
-    public static function find(array $data, array $path): mixed
+    public static function lookup(Slot $from, array $path): Lookup
     {
-        $value = $data;
-        foreach ($path as $depth => $key) {
+        foreach ($path as $step => $key) {
             // Decimal numbers are indexes, which the top level does not have; a key "-1" is none, and never found.
-            $number = (string) (int) $key === $key;
-            if (!is_array($value) || ($number && ($depth === 0 || $key[0] === '-'))) {
-                return null;
+            $isNumber = (string) (int) $key === $key;
+            $found = $from->isOpen() && !($isNumber && ($from->path === [] || $key[0] === '-')) ? $from->at($key) : null;
+            if ($found === null) {
+                return new Lookup(null, $from, $step);
             }
-            $value = $value[$key] ?? null;
+            $from = $found;
         }
 
-        return $value;
+        return new Lookup($from, $from, count($path));
     }
 }

@@ -10,7 +10,7 @@ final readonly class VariableTag
     private const string BLANKS = " \t\n\v\f\r";
 
     /** @param list<string> $references */
-    private function __construct(public array $references, public ?string $default)
+    private function __construct(public string $content, public array $references, public ?string $default)
     {
     }
 
@@ -22,7 +22,7 @@ final readonly class VariableTag
         $at = strspn($content, self::BLANKS);
         while ($at < $length) {
             if ($content[$at] === "'") {
-                return new self($references, self::defaultAt($content, $at));
+                return new self($content, $references, self::defaultAt($content, $at));
             }
             $end = $at + strcspn($content, self::BLANKS . "'", $at);
             if (($content[$end] ?? '') === "'") {
@@ -32,7 +32,7 @@ final readonly class VariableTag
             $at = $end + strspn($content, self::BLANKS, $end);
         }
 
-        return new self($references, null);
+        return new self($content, $references, null);
     }
 
     private static function defaultAt(string $content, int $quote): string

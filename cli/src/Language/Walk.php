@@ -19,23 +19,26 @@ final class Walk
 
     /**
      * @param list<string> $chain names of the files being analysed, this one last
-     * @param array<mixed> $data
      */
     public function __construct(
         private readonly Source $source,
         private readonly array $chain,
         private readonly Scanner $scanner,
-        private readonly array $data,
+        private readonly Slot $data,
     ) {
         $this->scan = new Scan($source);
         $this->hinter = new Hinter($this->scan);
-        $this->open = new SectionStack();
+        $this->open = new SectionStack($this->scan);
     }
 
     public function run(): Scan
     {
         $reader = new Reader($this->source->text);
+        $braces = new Braces($this->source);
+        $end = 0;
         while (($tag = $reader->next()) !== null) {
+            $braces->text($end, $tag->start);
+            $end = $tag->end;
             $this->hinter->tag($tag);
             try {
                 $this->tag($tag);
@@ -43,7 +46,12 @@ final class Walk
                 $this->fault($tag, $fault->getMessage());
             }
         }
+        $braces->text($end, strlen($this->source->text));
+        foreach ($braces->hints() as [$kind, $at, $message]) {
+            $this->hinter->at($at, $kind, $message);
+        }
         foreach ($this->open->all() as $section) {
+            $this->scan->end($section->node);
             $this->fault($section->tag, 'Missing closing tag', "for {$section->quoted()}");
         }
 
@@ -52,42 +60,48 @@ final class Walk
 
     private function tag(Tag $tag): void
     {
+        if ($tag->keyword->closes()) {
+            $this->close($tag);
+
+            return;
+        }
+        $node = $this->scan->addNode($tag);
         match ($tag->keyword) {
-            Keyword::Include => $this->include($tag),
-            Keyword::Optional, Keyword::NotOptional => $this->optional($tag),
-            Keyword::Dynamic, Keyword::Rdynamic => $this->dynamic($tag),
-            Keyword::OptionalEnd, Keyword::DynamicEnd, Keyword::RdynamicEnd => $this->close($tag),
-            Keyword::Variable => $this->variable($tag),
-            default => $this->reference($tag, $tag->argument),
+            Keyword::Include => $this->include($tag, $node),
+            Keyword::Optional, Keyword::NotOptional => $this->optional($tag, $node),
+            Keyword::Dynamic, Keyword::Rdynamic => $this->dynamic($tag, $node),
+            Keyword::Variable => $this->variable($tag, $node),
+            default => $node->reference = $this->reference($tag, $node->text = $tag->argument),
         };
+        $node->refused = false;
     }
 
-    private function variable(Tag $tag): void
+    private function variable(Tag $tag, Node $node): void
     {
-        $variable = VariableTag::parse($tag->argument);
+        $node->variable = $variable = VariableTag::parse($tag->argument);
         $this->hinter->variable($tag, $variable);
         $atRendering = false;
-        foreach ($variable->references as $text) {
+        foreach ($variable->references as $number => $text) {
             try {
                 // The first reference to a section puts the rest of the tag off until rendering.
                 $atRendering = $this->reference($tag, $text)->kind !== ReferenceKind::Root || $atRendering;
             } catch (SyntaxFault $fault) {
                 $needsData = $atRendering && !$this->open->isLive();
                 $note = $atRendering ? 'when the references before it have no value' : '';
-                $this->fault($tag, $fault->getMessage(), $note, $atRendering, $needsData);
+                $this->fault($tag, $fault->getMessage(), $note, $atRendering, $needsData, dependsOnData: $number > 0);
 
                 return;
             }
         }
     }
 
-    private function optional(Tag $tag): void
+    private function optional(Tag $tag, Node $node): void
     {
-        $section = new OpenSection($tag);
-        [$text, $compare] = explode(' ', $tag->argument, 2) + [1 => ''];
-        $this->hinter->comparison($tag, $compare);
+        $section = new OpenSection($tag, $node);
+        [$text, $compare] = [$node->text, $node->compare] = explode(' ', $tag->argument, 2) + [1 => ''];
+        $this->hinter->comparison($tag, $text, $compare);
         try {
-            $reference = $this->reference($tag, $text);
+            $node->reference = $reference = $this->reference($tag, $text);
             $section->live = $tag->keyword === Keyword::NotOptional
                 && $reference->kind === ReferenceKind::Root
                 && $this->open->isLive();
@@ -96,15 +110,15 @@ final class Walk
         }
     }
 
-    private function dynamic(Tag $tag): void
+    private function dynamic(Tag $tag, Node $node): void
     {
-        $section = new OpenSection($tag);
-        [$name, $text] = str_contains($tag->argument, ',') ? explode(',', $tag->argument, 2) : ['', $tag->argument];
+        $section = new OpenSection($tag, $node);
+        [$name, $text] = [$node->name, $node->text] = str_contains($tag->argument, ',') ? explode(',', $tag->argument, 2) : ['', $tag->argument];
         $this->hinter->repeated($tag, $text);
         try {
             $this->checkName($tag, $name, $text);
             $section->name = $name;
-            $reference = $this->reference($tag, $text);
+            $node->reference = $reference = $this->reference($tag, $text);
             if ($reference->kind === ReferenceKind::SectionKey) {
                 throw self::dynamicFault($text, '[*] is forbidden');
             }
@@ -126,7 +140,7 @@ final class Walk
         if ($this->open->keeps($name)) {
             throw $used;
         }
-        $this->fault($tag, $used->getMessage(), 'when the data has the arrays of both sections', needsData: true);
+        $this->fault($tag, $used->getMessage(), 'when the data has the arrays of both sections', needsData: true, dependsOnData: true);
     }
 
     private static function dynamicFault(string $text, string $what): SyntaxFault
@@ -134,16 +148,20 @@ final class Walk
         return new SyntaxFault("Dynamic block bad parameter '$text': $what");
     }
 
-    private function include(Tag $tag): void
+    private function include(Tag $tag, Node $node): void
     {
-        $content = $tag->argument;
+        $content = $node->text = $tag->argument;
         $fault = static fn (string $what): SyntaxFault => new SyntaxFault("Include block bad parameter$what");
         $reference = Reference::parse($content);
         if ($reference->kind !== ReferenceKind::Root) {
             throw $fault(" '$content': asterisk in filename is forbidden");
         }
-        $name = UserData::find($this->data, $reference->path);
-        $name = is_string($name) ? explode("\0", $name, 2)[0] : $content;
+        $node->reference = $reference;
+        $named = UserData::lookup($this->data, $reference->path)->slot;
+        $name = $named !== null && !$named->isReference && is_string($named->value)
+            ? explode("\0", $named->value, 2)[0]
+            : $content;
+        $node->file = $name;
         if ($name === '' && $content === '') {
             throw $fault(': no parameter found');
         }
@@ -151,7 +169,7 @@ final class Walk
             $this->scan->circular = true;
             throw $fault(" '$content': circle is detected");
         }
-        $included = $this->scanner->scanFile($name, $this->chain);
+        $node->included = $included = $this->scanner->scanFile($name, $this->chain);
         $file = new IncludedFile(Place::of($this->source, $tag), $name, $this->open->names());
         $this->scan->include($file, $included, $this->open->isLive());
         if ($included === null && Files::isOpaque($name)) {
@@ -196,7 +214,15 @@ final class Walk
         string $note = '',
         bool $atRendering = false,
         bool $needsData = false,
+        bool $dependsOnData = false,
     ): void {
-        $this->scan->add(new Fault(Place::of($this->source, $tag), $message, $note, $atRendering, $needsData));
+        $this->scan->add(new Fault(
+            Place::of($this->source, $tag),
+            $message,
+            $note,
+            $atRendering,
+            $needsData,
+            $dependsOnData,
+        ));
     }
 }

@@ -4,14 +4,18 @@ declare(strict_types=1);
 
 namespace TemplateCli\Lint;
 
+use Symfony\Component\Finder\Exception\AccessDeniedException;
+use Symfony\Component\Finder\Finder;
 use TemplateCli\UsageError;
 
 /** The files under the paths of a command line, in the order of their names. */
 final readonly class FileFinder
 {
-    private const array SKIPPED_FOLDERS = ['.git', '.hg', '.svn'];
+    public const string STANDARD_INPUT = '-';
+    private const array SKIPPED_FOLDERS = ['vendor', 'node_modules'];
+    private const string USUAL_NAME = '*.tpl';
 
-    /** @param list<string> $names patterns that the names of files in folders must match; none for all */
+    /** @param list<string> $names patterns that the names of files in folders must match */
     public function __construct(private array $names)
     {
     }
@@ -26,48 +30,34 @@ final readonly class FileFinder
         $files = [];
         foreach ($paths as $path) {
             array_push($files, ...match (true) {
+                $path === self::STANDARD_INPUT, $path === '/dev/stdin' => [self::STANDARD_INPUT],
                 is_dir($path) => $this->inFolder($path),
                 file_exists($path) => [$path],
                 default => throw new UsageError("There is no file or folder \"$path\"."),
             });
         }
+        $names = implode(', ', $this->names ?: [self::USUAL_NAME]);
 
-        return array_values(array_unique($files));
+        return $files === []
+            ? throw new UsageError("There is no file named $names in " . implode(', ', $paths) . ' (--name takes others).')
+            : array_values(array_unique($files));
     }
 
     /** @return list<string> */
     private function inFolder(string $folder): array
     {
-        $files = [];
         try {
-            $inner = new \RecursiveDirectoryIterator($folder, \FilesystemIterator::SKIP_DOTS);
-            $filter = new \RecursiveCallbackFilterIterator($inner, $this->isWanted(...));
-            foreach (new \RecursiveIteratorIterator($filter) as $file) {
-                $files[] = preg_replace('~^(\./+)+|(?<=/)/+~', '', $file->getPathname());
-            }
-        } catch (\UnexpectedValueException $exception) {
+            $finder = new Finder()->files()->in($folder)->name($this->names ?: self::USUAL_NAME)
+                ->exclude(self::SKIPPED_FOLDERS)->ignoreDotFiles(false);
+            $files = array_map(
+                static fn (\SplFileInfo $file): string => preg_replace('~^(\./+)+|(?<=/)/+~', '', $file->getPathname()),
+                array_values(iterator_to_array($finder, false)),
+            );
+        } catch (AccessDeniedException|\UnexpectedValueException $exception) {
             throw new UsageError("Could not read a folder under $folder: {$exception->getMessage()}.");
         }
         sort($files, SORT_STRING);
 
         return $files;
-    }
-
-    /** Holds a NUL byte early on, which no template does. */
-    public static function isBinary(string $file): bool
-    {
-        return str_contains((string) @file_get_contents($file, length: 8192), "\0");
-    }
-
-    private function isWanted(\SplFileInfo $file): bool
-    {
-        $name = $file->getFilename();
-        if ($file->isDir()) {
-            // A link to a folder could lead round in a circle.
-            return !$file->isLink() && !in_array($name, self::SKIPPED_FOLDERS, true);
-        }
-
-        return $file->isFile()
-            && ($this->names === [] || array_any($this->names, static fn (string $glob): bool => fnmatch($glob, $name)));
     }
 }

@@ -5,6 +5,7 @@ declare(strict_types=1);
 namespace TemplateCli\Lint;
 
 use TemplateCli\Json;
+use TemplateCli\UsageError;
 
 /** How a report is written. */
 enum Format: string
@@ -14,10 +15,15 @@ enum Format: string
     case Github = 'github';
     case Checkstyle = 'checkstyle';
 
+    public static function of(string $name): self
+    {
+        return self::tryFrom($name) ?? throw new UsageError('The format is one of text, json, github and checkstyle.');
+    }
+
     public function write(Report $report): string
     {
         return match ($this) {
-            self::Text => self::lines($report, self::textLine(...)),
+            self::Text => self::lines($report, static fn (Finding $finding): string => $finding->line()),
             self::Json => self::json($report),
             self::Github => self::lines($report, self::githubLine(...)),
             self::Checkstyle => self::checkstyle($report),
@@ -28,11 +34,6 @@ enum Format: string
     private static function lines(Report $report, \Closure $line): string
     {
         return implode('', array_map(static fn (Finding $finding): string => $line($finding) . "\n", $report->findings));
-    }
-
-    private static function textLine(Finding $finding): string
-    {
-        return "$finding->place: " . ($finding->isFault() ? $finding->text() : "hint: {$finding->text()} [$finding->rule]");
     }
 
     private static function githubLine(Finding $finding): string
@@ -52,7 +53,18 @@ enum Format: string
 
     private static function json(Report $report): string
     {
-        $findings = array_map(static fn (Finding $finding): array => [
+        return Json::line([
+            'files' => $report->files,
+            'faults' => $report->faults(),
+            'hints' => $report->hints(),
+            'findings' => array_map(self::finding(...), $report->findings),
+        ], JSON_PRETTY_PRINT | JSON_INVALID_UTF8_SUBSTITUTE) . "\n";
+    }
+
+    /** @return array<string, int|string> */
+    public static function finding(Finding $finding): array
+    {
+        return [
             'file' => $finding->place->file,
             'line' => $finding->place->line,
             'column' => $finding->place->column,
@@ -62,14 +74,9 @@ enum Format: string
             'rule' => $finding->rule,
             'message' => $finding->message,
             'note' => $finding->note,
-        ], $report->findings);
-
-        return Json::line([
-            'files' => $report->files,
-            'faults' => $report->faults(),
-            'hints' => $report->hints(),
-            'findings' => $findings,
-        ], JSON_PRETTY_PRINT | JSON_INVALID_UTF8_SUBSTITUTE) . "\n";
+            'data' => $finding->source,
+            'path' => $finding->path,
+        ];
     }
 
     private static function checkstyle(Report $report): string

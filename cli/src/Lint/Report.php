@@ -11,10 +11,17 @@ final class Report
     public array $findings = [];
     /** @var list<string> files that the engine was not asked about */
     public array $notAsked = [];
-    /** @var list<string> files that hold no text */
-    public array $binary = [];
+    /** There were data for all templates. */
+    public bool $isSampled = true;
     public int $files = 0;
     public int $sectionReferences = 0;
+
+    public function sort(): void
+    {
+        $order = static fn (Finding $finding): array
+            => [$finding->place->file, $finding->place->line, $finding->place->column, !$finding->isFault()];
+        usort($this->findings, static fn (Finding $a, Finding $b): int => $order($a) <=> $order($b));
+    }
 
     public function faults(): int
     {

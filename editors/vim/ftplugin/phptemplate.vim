@@ -11,4 +11,7 @@ let b:did_ftplugin = 1
 let s:sections = '{!\=optional:{/optional,{dynamic:{/dynamic,{rdynamic:{/rdynamic'
 let b:match_words = exists('b:match_words') ? b:match_words .. ',' .. s:sections : s:sections
 
-let b:undo_ftplugin = get(b:, 'undo_ftplugin', 'exe') .. ' | unlet! b:match_words'
+" A comment of HTML would hide its tags from the browser, and not from the engine.
+setlocal commentstring={optional\ --}%s{/optional}
+
+let b:undo_ftplugin = get(b:, 'undo_ftplugin', 'exe') .. ' | unlet! b:match_words | setlocal commentstring<'

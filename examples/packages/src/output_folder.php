@@ -63,7 +63,7 @@ final class OutputFolder
             throw new RuntimeException("the folder $this->path holds a " . self::LIST . ' file of something else');
         }
         // A name that this script cannot have written is not taken at its word.
-        preg_match_all('~^(?:(?:sections|mails)/)?[a-z0-9@_+-][a-z0-9@_+.-]*$~m', $text, $names);
+        preg_match_all('~^(?:(?:sections|mails|how)/)?[a-z0-9@_+-][a-z0-9@_+.-]*$~m', $text, $names);
         return array_fill_keys($names[0], true);
     }
 

@@ -22,6 +22,7 @@ function index_page(array $catalogue): array
     return [
         'root' => '',
         'page' => 'index',
+        'how' => 'index',
         'title' => 'Installed packages',
         'total' => total($catalogue['packages']) + [
             'sections' => number(count($catalogue['sections'])),
@@ -46,6 +47,7 @@ function section_page(array $catalogue, int $place): array
     $page = [
         'root' => '../',
         'page' => 'section',
+        'how' => 'section',
         'title' => $section['name'],
         'total' => total($section['packages']) + [
             'share' => share($section['kib'], array_sum(array_column($sections, 'kib'))),
@@ -74,6 +76,7 @@ function maintainers_page(array $catalogue): array
     return [
         'root' => '',
         'page' => 'maintainers',
+        'how' => 'maintainers',
         'title' => 'Maintainers',
         'total' => ['maintainers' => number(count($catalogue['maintainers']))],
         'maintainers' => maintainer_rows($catalogue['maintainers']),

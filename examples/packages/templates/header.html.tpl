@@ -2,15 +2,15 @@
 The top of every page; the pages include it. A section over a value that does not exist is dropped while the template
 is read, so a text like this one never reaches the output: nothing is called "--".
 
-The title is a top-level value. There, htmlentities knows the charset of the request and writes an accented letter as
-one entity. Inside a repeated section it would take the text byte by byte: htmlspecialchars is the one to use there.
+Text from the database goes through htmlspecialchars, also in the title. A number or a text that the script has made needs no
+escaping.
 {/optional}<!DOCTYPE html>
 <html lang="en">
 <head>
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
 <meta name="color-scheme" content="light dark">
-<title>{htmlentities title}{!optional page 'index'} · Installed packages{/optional}</title>
+<title>{htmlspecialchars title}{!optional page 'index'} · Installed packages{/optional}</title>
 <link rel="stylesheet" href="{root}style.css">
 </head>
 <body>

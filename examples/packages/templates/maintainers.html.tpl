@@ -3,7 +3,8 @@ All maintainers, each with the mail that was rendered for them. An address is wr
 stay as it is in a mailto link while everything around it is encoded.
 {/optional}{include header.html.tpl}
 <h1>Maintainers</h1>
-<p class="lead">{total::maintainers} people and teams look after the packages on this machine.</p>
+<p class="lead">{total::maintainers} people and teams look after the packages on this machine.{optional maintainers} Each gets a
+mail; <a href="how/mail.html">how the mails are made</a>.{/optional}</p>
 
 <table>
 <thead>

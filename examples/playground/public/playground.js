@@ -1,21 +1,19 @@
 // The editor: renders as one types, shows what came of it, and keeps the state in the address.
 
-import { paint } from './tags.js'
-
 const PAUSE = 150   // milliseconds without a key before it renders
 
 const element = id => document.getElementById(id)
-const [template, data, select, complaints, status] = ['template', 'data', 'example', 'complaints', 'status'].map(element)
-const canvas = template.previousElementSibling
+const [select, complaints, findings, status] = ['example', 'complaints', 'findings', 'status'].map(element)
 const examples = JSON.parse(element('examples').textContent)
-let marked = null   // the tag at the first fault or hint
-let timer, request
+const { openEditor } = await import(element('examples').dataset.editor).catch(() => import('/areas.js'))
 
-function repaint() {
-  paint(canvas, template.value, marked)
-  canvas.append('\n')   // as high as the editor when the last line is empty
-  canvas.scrollTop = template.scrollTop
-}
+const files = [...document.querySelectorAll('.files dt')].map(({ textContent }) => textContent)
+const data = openEditor(element('data'), { changed: typed })
+const template = openEditor(element('template'), { changed: typed, names: { data: () => data.text, files: () => files } })
+
+let example = select.value   // the one that was chosen last
+let own = null               // what was typed last
+let timer, request
 
 // ---- The state as text, for the address: base64url of JSON
 
@@ -38,17 +36,22 @@ function decode(text) {
 
 // ---- Asking
 
-function isExample() {
-  const example = examples[select.value]
-  return example.template === template.value && example.data === data.value
-}
+const state = () => ({ template: template.text, data: data.text })
 
+/** Keeps what is one's own, and says in the box and the address whose text it is. */
 function remember() {
-  const address = isExample()
-    ? `/?example=${select.value}`
-    : `/#${encode({ template: template.value, data: data.value })}`
+  const now = state()
+  const known = Object.keys(examples).find(slug => examples[slug].template === now.template && examples[slug].data === now.data)
+  if (known) {
+    example = known
+  } else {
+    own = now
+    element('own').hidden = false
+  }
+  select.value = known ?? ''
+  element('reset').hidden = Boolean(known)
   try {
-    history.replaceState(null, '', address)
+    history.replaceState(null, '', known ? `/?example=${known}` : `/#${encode(now)}`)
   } catch {
     // a browser may limit how often the address changes; the next change will do
   }
@@ -64,7 +67,7 @@ async function render() {
     const response = await fetch('/render', {
       method: 'POST',
       headers: { 'Content-Type': 'application/json' },
-      body: JSON.stringify({ template: template.value, data: data.value }),
+      body: JSON.stringify(state()),
       signal: mine.signal,
     })
     answer = await response.json()
@@ -75,61 +78,66 @@ async function render() {
   if (mine === request) show(answer)
 }
 
-function renderSoon() {
-  marked = null
-  repaint()
+function typed() {
   clearTimeout(timer)
   timer = setTimeout(render, PAUSE)
 }
 
 // ---- Showing
 
-function show({ result = null, complaints: said = [], hints = [], microseconds, fault, of }) {
-  const entries = [
-    ...said,
-    ...fault ? [{ level: of === 'data' ? 'Data' : 'Not rendered', message: of === 'data' ? placeInData(fault) : fault }] : [],
-    ...hints.map(hint => ({ level: 'Hint', ...hint })),
-  ]
-  complaints.replaceChildren(...entries.map(entry))
-  complaints.hidden = entries.length === 0
-  const first = entries.find(({ line }) => line)
-  marked = first ? { at: offset(first), as: first.level === 'Hint' ? 'hint' : 'fault' } : null
-  repaint()
+function show({ result = null, complaints: said = [], hints = [], findings: found = [], microseconds, fault, of, page }) {
+  const refused = { level: of === 'data' ? 'Data' : 'Not rendered', message: fault, page }
+  const entries = [...said, ...fault ? [refused] : [], ...hints.map(hint => ({ level: 'Hint', ...hint }))]
+  const aboutData = found.map(finding => ({ level: 'Check', ...finding }))
+  fill(complaints, entries)
+  fill(findings, aboutData)
+  template.mark([...entries, ...aboutData].filter(({ line }) => line))
 
   const failed = result === null
-  data.setAttribute('aria-invalid', of === 'data')
-  template.setAttribute('aria-invalid', failed && of !== 'data')
+  data.invalid = of === 'data'
+  template.invalid = failed && of !== 'data'
   for (const id of ['text', 'page']) element(id).classList.toggle('stale', failed)
   status.textContent = failed ? 'no result' : [size(result), time(microseconds)].join(' · ')
   if (failed) return
   element('text').textContent = result
-  element('page').srcdoc = result
+  showPage(result)
 }
 
-function entry({ level, message, line, column }) {
+function fill(list, entries) {
+  list.replaceChildren(...entries.map(entry))
+  list.hidden = entries.length === 0
+}
+
+/** A new frame for each page: another page in the same one would be a step of the browser's way back. */
+function showPage(text) {
+  const frame = element('page')
+  if (frame.srcdoc === text) return
+  const next = frame.cloneNode()
+  next.srcdoc = text
+  frame.replaceWith(next)
+}
+
+function entry({ level, message, note, line, column, page }) {
   const item = document.createElement('li')
-  item.className = { Hint: 'hint', Notice: 'notice', Deprecated: 'notice' }[level] ?? 'fault'
+  item.className = { Hint: 'hint', Check: 'hint', Notice: 'notice', Deprecated: 'notice' }[level] ?? 'fault'
   const name = document.createElement('b')
   name.textContent = level
-  item.append(name, ' ', message)
+  item.append(name, ' ', note ? `${message} (${note})` : message)
   if (line) {
     const place = document.createElement('button')
     place.type = 'button'
     place.textContent = `line ${line}, column ${column}`
-    place.addEventListener('click', () => goTo({ line, column }))
+    place.addEventListener('click', () => template.goTo({ line, column }))
     item.append(' ', place)
   }
-  return item
-}
-
-/** The browser's own words say where a text stops being JSON. */
-function placeInData(fault) {
-  try {
-    JSON.parse(data.value)
-    return fault
-  } catch ({ message }) {
-    return `This is not JSON: ${message}`
+  if (page) {
+    const link = document.createElement('a')
+    link.textContent = 'Manual'
+    link.href = page
+    link.target = '_blank'
+    item.append(' ', link)
   }
+  return item
 }
 
 const size = text => {
@@ -137,19 +145,6 @@ const size = text => {
   return bytes === 1 ? '1 byte' : `${bytes.toLocaleString('en')} bytes`
 }
 const time = microseconds => microseconds < 1000 ? `${Math.round(microseconds)} µs` : `${(microseconds / 1000).toFixed(1)} ms`
-
-/** Places count characters, positions in a text of JavaScript count halves of some of them. */
-function offset({ line, column }) {
-  const lines = template.value.split('\n')
-  const before = lines.slice(0, line - 1).reduce((sum, text) => sum + text.length + 1, 0)
-  return before + [...lines[line - 1] ?? ''].slice(0, column - 1).join('').length
-}
-
-function goTo(place) {
-  const start = offset(place)
-  template.focus()
-  template.setSelectionRange(start, start + 1)
-}
 
 // ---- Views, examples, links
 
@@ -161,29 +156,36 @@ function view(name) {
 
 const viewFor = text => view(/<[a-z!]/i.test(text) ? 'page' : 'text')
 
-function load(state) {
-  template.value = state.template
-  data.value = state.data
-  marked = null
-  repaint()
-  viewFor(state.template)
+function load(wanted) {
+  template.load(wanted.template)
+  data.load(wanted.data)
+  viewFor(wanted.template)
   render()
 }
 
-function loadAddress() {
-  const state = decode(location.hash.slice(1))
-  if (state) element('about').textContent = ''
-  load(state ?? { template: template.value, data: data.value })
+function choose(slug) {
+  remember()
+  if (select.value === '') history.pushState(null, '', location.href)   // the browser's way back leads to one's own
+  example = slug
+  element('about').innerHTML = examples[slug].about   // made by the server, of its own text
+  load(examples[slug])
 }
 
-template.addEventListener('input', renderSoon)
-data.addEventListener('input', renderSoon)
-template.addEventListener('scroll', () => { canvas.scrollTop = template.scrollTop })
+function loadAddress() {
+  const asked = new URLSearchParams(location.search).get('example')
+  if (Object.hasOwn(examples, asked)) example = asked
+  const wanted = decode(location.hash.slice(1))
+  element('about').innerHTML = wanted ? '' : examples[example].about
+  load(wanted ?? examples[example])
+}
+
 for (const radio of document.getElementsByName('view')) radio.addEventListener('change', () => view(radio.value))
 select.addEventListener('change', () => {
-  element('about').innerHTML = examples[select.value].about   // made by the server, of its own text
-  load(examples[select.value])
+  const { value } = select
+  if (value) choose(value)
+  else load(own)
 })
+element('reset').addEventListener('click', () => choose(example))
 element('toolbar').addEventListener('submit', event => event.preventDefault())
 element('copy').addEventListener('click', async ({ currentTarget: button }) => {
   render()
@@ -201,7 +203,9 @@ addEventListener('keydown', event => {
     render()
   }
 })
-addEventListener('hashchange', loadAddress)
+addEventListener('popstate', () => {
+  // another hash is a place on this page
+  if (!location.hash || decode(location.hash.slice(1))) loadAddress()
+})
 
-document.body.classList.add('live')
 loadAddress()

@@ -24,6 +24,7 @@ function playground_page(array $chapters, mixed $slug): ?array
     return [
         'title' => 'Template playground',
         'page' => 'playground',
+        'editor' => is_bundled() ? '/bundle/editor.js' : '/areas.js',
         'chapters' => $chapters,
         'template' => $examples[$slug]['template'],
         'data' => $examples[$slug]['data'],
@@ -40,6 +41,7 @@ function gallery_page(array $chapters): array
         $chapters[$at]['slug'] = slug($chapter['title']);
         foreach ($chapter['examples'] as $place => $example) {
             $chapters[$at]['examples'][$place]['about'] = about_html($example['about']);
+            $chapters[$at]['examples'][$place]['pieces'] = pieces_of_template($example['template']);
             if ($example['data'] === '{}') {
                 unset($chapters[$at]['examples'][$place]['data']);
             }
@@ -48,16 +50,34 @@ function gallery_page(array $chapters): array
     return ['title' => 'Gallery', 'page' => 'gallery', 'chapters' => $chapters, 'count' => count(all_examples($chapters))];
 }
 
+/** For /manual/NAME.md. */
+function manual_page(string $path): ?array
+{
+    $sections = str_starts_with($path, '/manual/') ? manual_sections(substr($path, strlen('/manual/'))) : null;
+    return $sections === null ? null : [
+        'title' => $sections[0]['title'],
+        'page' => 'manual',
+        'bundled' => is_bundled(),
+        'sections' => $sections,
+    ];
+}
+
+/** Whether ./dev serve could have packages from npm. */
+function is_bundled(): bool
+{
+    return is_file(BUNDLE . '/editor.js');
+}
+
 function missing_page(): array
 {
     return ['title' => 'Nothing here', 'page' => 'missing'];
 }
 
-/** @return list<array{name: string, text: string}> */
+/** @return list<array{name: string, pieces: list<array>}> */
 function includable_files(): array
 {
     return array_map(
-        fn (string $file): array => ['name' => basename($file), 'text' => file_get_contents($file)],
+        fn (string $file): array => ['name' => basename($file), 'pieces' => pieces_of_template(file_get_contents($file))],
         glob(__DIR__ . '/../includes/*.tpl'),
     );
 }

@@ -3,11 +3,13 @@ declare(strict_types=1);
 
 /** Rendering what the page sends, within limits: the answer to a request. */
 
+require_once __DIR__ . '/data.php';
+require_once __DIR__ . '/manual.php';
+
 const MOST_TEMPLATE = 64 << 10;
 const MOST_DATA = 256 << 10;
 /** Both, as JSON writes them at the longest: every byte as an escape. */
 const MOST_BODY = 6 * (MOST_TEMPLATE + MOST_DATA) + 1024;
-const DEEPEST_DATA = 64;
 /** Beyond the worker's own limit, which counts the time of the processor only. */
 const SECONDS_TO_WAIT = 8.0;
 
@@ -29,21 +31,18 @@ function answer(string $body): array
         }
     }
     try {
-        $data = json_decode(trim($json) === '' ? '{}' : $json, true, DEEPEST_DATA, JSON_THROW_ON_ERROR);
+        read_data($json);
     } catch (JsonException $exception) {
-        return [422, ['fault' => "The data is not JSON: {$exception->getMessage()}.", 'of' => 'data']];
+        return [422, ['fault' => "The data cannot be read: {$exception->getMessage()}.", 'of' => 'data', 'page' => DATA_PAGE]];
     }
-    if (!is_array($data)) {
-        return [422, ['fault' => 'The data must be a JSON object: {"name": …}.', 'of' => 'data']];
-    }
-    return [200, render($template, $data)];
+    return [200, render($template, $json)];
 }
 
 /** Has a worker render it. */
-function render(string $template, array $data): array
+function render(string $template, string $json): array
 {
     $input = tmpfile();
-    fwrite($input, json_encode(['template' => $template, 'data' => $data], JSON_PRESERVE_ZERO_FRACTION | JSON_THROW_ON_ERROR));
+    fwrite($input, json_encode(['template' => $template, 'data' => $json], JSON_THROW_ON_ERROR));
     rewind($input);
     $worker = proc_open(worker_command(), [$input, ['pipe', 'w'], ['file', '/dev/null', 'w']], $pipes);
     $lines = explode("\n", read_until($pipes[1], microtime(true) + SECONDS_TO_WAIT));
@@ -54,7 +53,8 @@ function render(string $template, array $data): array
     $answer = json_decode($lines[0], true)
         ?? ['result' => null, 'complaints' => [['level' => 'Fatal error', 'message' => 'PHP ended without an answer, or took longer than ' . SECONDS_TO_WAIT . ' seconds']]];
     $answer += ['microseconds' => null];
-    return with_places($answer, json_decode($lines[1] ?? '', true), $template);
+    $findings = array_map(fn (array $finding): array => $finding + ['page' => CHECK_PAGE], json_decode($lines[2] ?? '', true) ?? []);
+    return with_places($answer, json_decode($lines[1] ?? '', true), $template) + ['findings' => $findings];
 }
 
 /** PHP with the extension: the one that ./dev has built, or the one that php.ini names. */
@@ -93,20 +93,32 @@ function read_until($pipe, float $deadline): string
 }
 
 /**
- * Puts the place beside each warning that the scanner knows. A warning in string mode ends with the text of the
+ * Puts its place beside each warning that the scanner knows, and adds what else it found: all that is at fault when there
+ * is no result, and as a hint what only other data would bring up. A warning in string mode ends with the text of the
  * template, in which a "%" may have changed on its way; "this template" stands for it here.
  */
 function with_places(array $answer, ?array $scan, string $template): array
 {
+    $faults = $scan['faults'] ?? [];
     foreach ($answer['complaints'] as &$complaint) {
         $begins = fn (array $fault): bool => str_starts_with($complaint['message'], explode('%', "{$fault['message']} in $template")[0]);
-        $fault = array_find($scan['faults'] ?? [], $begins);
-        $complaint += ['line' => $fault['line'] ?? null, 'column' => $fault['column'] ?? null];
-        if ($fault !== null) {
-            $complaint['message'] = "{$fault['message']} in this template";
+        $at = array_find_key($faults, $begins);
+        if ($at !== null) {
+            $complaint = ['message' => "{$faults[$at]['message']} in this template"] + $complaint + $faults[$at];
+            unset($faults[$at]);
         } elseif (str_ends_with($complaint['message'], " in $template")) {
             $complaint['message'] = substr($complaint['message'], 0, -strlen($template)) . 'this template';
         }
+        $complaint['page'] = page_about($complaint['message']);
     }
-    return $answer + ['hints' => $scan['hints'] ?? []];
+    $hints = array_map(fn (array $hint): array => $hint + ['page' => HINTS_PAGE], $scan['hints'] ?? []);
+    foreach ($faults as $fault) {
+        $fault['page'] = page_about("{$fault['message']} in this template");
+        if ($answer['result'] === null) {
+            $answer['complaints'][] = ['level' => 'Fault'] + $fault;
+        } else {
+            $hints[] = ['message' => "With other data: {$fault['message']}"] + $fault;
+        }
+    }
+    return $answer + ['hints' => $hints];
 }

@@ -6,7 +6,7 @@
 </header>
 {optional example::*::about}<p>{example::*::about}</p>{/optional}
 <div class="parts">
-<div><h4>Template</h4><pre><code class="template">{htmlspecialchars example::*::template}</code></pre>
+<div><h4>Template</h4><pre><code>{dynamic piece,example::*::pieces}{include piece.html.tpl}{/dynamic}</code></pre>
 {optional example::*::data}<h4>Data</h4><pre><code>{htmlspecialchars example::*::data}</code></pre>{/optional}</div>
 <div>{optional example::*::output}<h4>Result</h4><pre class="result"><code>{htmlspecialchars example::*::output}</code></pre>{/optional}
 {optional example::*::warning}<h4>Warning</h4><pre class="warning"><code>{htmlspecialchars example::*::warning}</code></pre>{/optional}</div>

@@ -1,7 +1,5 @@
 --TEST--
 Nested sections: paths from the element, from an outer one, from constants
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -39,23 +37,14 @@ check([
         implode(array_map(fn (int $level) => "{dynamic s$level,l$level}", $levels))
             . '{s0::*}{s7::*}{s19::*}{s20::*}{include again.tpl}{/dynamic}{s19::*}{s18::*};' . str_repeat('{/dynamic}', 19),
         $twenty, 'a v7 v19 v7 v7 v18 ;b v7 v19 v7 v7 v18 ;'],
-    'without names' => ['{dynamic rows}{*::name}[{dynamic *::children}{[*]}={*::n},{/dynamic}]{/dynamic}', $data,
-        'A[x=1,y=2,]B[]C[]D[]E[z=3,]'],
-    'a longer path' => ['{dynamic r,rows}{dynamic r::*::deep::list}{*}{/dynamic}{/dynamic}', $data, 'd'],
     'the element itself' => ['{dynamic matrix}{dynamic *}{*}{/dynamic};{/dynamic}', $data, '12;34;'],
     'after the inner section the outer goes on' => ['{dynamic r,matrix}{dynamic *}{*}{/dynamic}{[*]}{r::*::0};{/dynamic}', $data, '1201;3413;'],
-    'inner references end with the inner section' => ['{dynamic r,matrix}{dynamic c,*}{/dynamic}{c::*}{c::[*]}{/dynamic}.', $data, '.'],
-
-    'relative outside of any section' => ['[{dynamic r,*::items}no{/dynamic}{dynamic *}no{/dynamic}{rdynamic r::*}no{/rdynamic}]', $data, '[]'],
-    'itself' => ['{dynamic r,r::*}no{/dynamic}.', $data, '.'],
 
     'num of an element' => ['{dynamic n,nums}[{dynamic i,*::items}{[*]}={i::*};{/dynamic}]{/dynamic}', $data,
         '[0=a;1=b;][][][x=yes;][p=property;q=another;7=numeric;][][]'],
-    'num of the element itself' => ['{dynamic r,list}{dynamic *}{*}{/dynamic}{/dynamic}', ['list' => [['num' => [1, 2], 3], [4]]], '124'],
+    'num of an element is looked up once' => ['{dynamic r,list}{dynamic *}{[*]}{/dynamic};{/dynamic}', ['list' => [['num' => ['num' => [7]]]]], 'num;'],
     'a condition in a property' => ['{dynamic n,nums}{dynamic i,*::items}{optional [*] q}{*}{/optional}{optional * numeric}{[*]}{/optional}{/dynamic}{/dynamic}',
         $data, 'another7'],
 ]);
-?>
 --EXPECT--
-text: as expected
-file: as expected
+as expected

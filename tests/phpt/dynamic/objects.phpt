@@ -1,7 +1,5 @@
 --TEST--
 Objects repeated through "num": properties of every kind, read as their values
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -48,7 +46,6 @@ try {
 }
 $point->x++;
 echo $point->x, "\n";
-?>
 --EXPECT--
 point: ["x=(x)1;=hidden?;=Array;never=;unset=none;label=L;added=dynamic;","Array to string conversion"]
 unset: ["x=(x)none;=hidden?;=Array;never=;unset=none;label=L;","Array to string conversion"]

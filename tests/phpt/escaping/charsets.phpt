@@ -1,7 +1,5 @@
 --TEST--
 Constants are escaped in the default charset, elements in ISO-8859-1 whatever it is
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -42,7 +40,6 @@ echo json_encode(outcome('{htmlentities v}', ['v' => "\xE9"])), "\n";
 @ini_set('internal_encoding', 'no-such-charset');
 echo json_encode(outcome('{htmlentities v}', ['v' => "\u{e9}"])), "\n";
 echo json_encode(outcome('{dynamic rows}{htmlentities *}{/dynamic}', ['rows' => ["\xE9"]])), "\n";
-?>
 --EXPECT--
 ["&eacute;"]
 ["&eacute;","template(): Charset \"no-such-charset\" is not supported, assuming UTF-8"]

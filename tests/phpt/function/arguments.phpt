@@ -1,7 +1,5 @@
 --TEST--
 Bad arguments: PHP's exception for the caller, and a warning before it
---EXTENSIONS--
-template
 --INI--
 display_errors=1
 html_errors=0
@@ -43,7 +41,6 @@ try {
     $printed = ob_get_clean();
     echo json_encode([str_contains($printed, 'Warning: Error while parsing parameters in '), $error->getLine() === __LINE__ - 3]), "\n";
 }
-?>
 --EXPECT--
 ArgumentCountError: template() expects at least 2 arguments, 1 given | Error while parsing parameters
 TypeError: template(): Argument #2 ($userData) must be of type array, null given | Error while parsing parameters

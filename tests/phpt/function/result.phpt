@@ -1,7 +1,5 @@
 --TEST--
 The result is a text, also when it is empty, and null only with a warning
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -34,7 +32,6 @@ foreach ([1, 15, 16, 4091, 4092, 4093, 1000000] as $length) {
         echo "length $length differs\n";
     }
 }
-?>
 --EXPECT--
 string(0) ""
 string(0) ""

@@ -1,7 +1,5 @@
 --TEST--
 One function in the module "template" 2.0.0, with exactly the signature that the stub declares
---EXTENSIONS--
-template
 --FILE--
 <?php
 $module = new ReflectionExtension('template');
@@ -15,7 +13,6 @@ echo preg_replace('/\s+/', ' ', trim((string) $function)), "\n";
 eval('namespace Stub;' . substr(file_get_contents(dirname(__DIR__, 3) . '/template.stub.php'), strlen('<?php')));
 $signature = fn (ReflectionFunction $function) => strstr((string) $function, '- Parameters');
 var_dump($signature(new ReflectionFunction('Stub\template')) === $signature($function));
-?>
 --EXPECT--
 ["template","2.0.0",["template"],[],[],[],[]]
 Function [ <internal:template> function template ] { - Parameters [3] { Parameter #0 [ <required> string $fileName ] Parameter #1 [ <required> array $userData ] Parameter #2 [ <optional> bool $string_mode = false ] } - Return [ ?string ] }

@@ -1,28 +1,17 @@
 --TEST--
-Fatal errors in the middle of a call end the script as usual, and shutdown functions still render
---EXTENSIONS--
-template
+Memory that runs out in the middle of a call ends the script as usual, and shutdown functions still render
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
 
 // Each situation ends its script, so each has a script of its own.
 $situations = [
-    'fatal error in __toString' => 'class F { function __toString(): string { trigger_error("fatal", E_USER_ERROR); } }
-        echo template("{optional v}{v}{/optional}", ["v" => new F()], true);',
-    'fatal error while rendering' => 'class F { function __toString(): string { trigger_error("fatal", E_USER_ERROR); } }
-        echo template("{dynamic rows}{dynamic *}{*}{/dynamic}{/dynamic}", ["rows" => [["a", new F()]]], true);',
     'memory in __toString' => 'class F { function __toString(): string { return str_repeat("x", 1 << 30); } }
         echo template("{dynamic rows}{*}{/dynamic}", ["rows" => [new F()]], true);',
     'memory in the copy of a value' => '$text = str_repeat("&", 5 << 20);
         echo template("{dynamic rows}{htmlentities *}{/dynamic}", ["rows" => [$text, $text]], true);',
     'memory in an escaped constant' => '$text = str_repeat("\'", 9 << 20);
         echo template("{optional text}{addslashes text}{/optional}", ["text" => $text], true);',
-    'fatal error in a stream wrapper that reads' => 'class W { public $context; function stream_open() { return true; } function stream_eof() { return false; }
-            function stream_read() { eval("class C {} class C {}"); } }
-        stream_wrapper_register("dies", "W"); echo template("{optional x}{include dies://x}{/optional}", [], true);',
-    'compile error in a stream wrapper' => 'class W { public $context; function stream_open() { eval("class C {} class C {}"); } }
-        stream_wrapper_register("dies", "W"); echo template("{include dies://x}", [], true);',
 ];
 $shutdown = 'register_shutdown_function(function () {
     ini_set("memory_limit", -1);
@@ -33,12 +22,7 @@ foreach ($situations as $name => $code) {
     preg_match('/Fatal error: .*?(?= in \S*SCRIPT|\()/', $output, $error);
     echo $name, ': ', json_encode([$error[0] ?? $output, str_ends_with($output, '01 rendered at shutdown'), str_contains($output, 'never'), $status]), "\n";
 }
-?>
 --EXPECT--
-fatal error in __toString: ["Fatal error: fatal",true,false,255]
-fatal error while rendering: ["Fatal error: fatal",true,false,255]
 memory in __toString: ["Fatal error: Allowed memory size of 20971520 bytes exhausted ",true,false,255]
 memory in the copy of a value: ["Fatal error: Allowed memory size of 20971520 bytes exhausted ",true,false,255]
 memory in an escaped constant: ["Fatal error: Allowed memory size of 20971520 bytes exhausted ",true,false,255]
-fatal error in a stream wrapper that reads: ["Fatal error: Cannot redeclare class C ",true,false,255]
-compile error in a stream wrapper: ["Fatal error: Cannot redeclare class C ",true,false,255]

@@ -1,7 +1,5 @@
 --TEST--
 A file name with a NUL byte names no file, also not the one before the NUL
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -26,7 +24,6 @@ foreach ([['', []], ['{include name}after', ['name' => ''], true], ['{include na
         echo $error->getMessage(), ' ', json_encode(error_get_last()['message'] ?? null), "\n";
     }
 }
-?>
 --EXPECT--
 [[null,"Could not open file page.tpl"],[null,"Could not open file page.tpl"],[null,"Could not open file "],["[]"],["[]"],["[opened]"]]
 Path must not be empty "Could not open file "

@@ -1,7 +1,5 @@
 --TEST--
 Files are searched along the include path, at the top level and in include tags
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -37,7 +35,6 @@ mkdir('program');
 file_put_contents('program/beside.tpl', 'beside the program');
 file_put_contents('program/page.php', "<?php echo json_encode([template('beside.tpl', []), template('[{include beside.tpl}]', [], true)]), \"\\n\";");
 include 'program/page.php';
-?>
 --EXPECT--
 ["page of one, part of two"]
 ["page of one, part of two"]

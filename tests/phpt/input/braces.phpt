@@ -1,7 +1,5 @@
 --TEST--
 Braces: escapes, literal braces, tags
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -46,7 +44,5 @@ foreach ($plain as $template => $result) {
     $cases[$template] = [$template, $data, $result];
 }
 check($cases);
-?>
 --EXPECT--
-text: as expected
-file: as expected
+as expected

@@ -1,7 +1,5 @@
 --TEST--
 Closing tags: the wrong one, a missing one, one too many
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -37,7 +35,5 @@ $cases['sections nest'] = ['{optional a}{dynamic rows}{rdynamic rows}x{/rdynamic
 $cases['a closing tag in upper case is a variable'] = ['{/OPTIONAL}', $data, '{/OPTIONAL}'];
 $cases['a closing tag behind a form feed is a variable'] = ["{optional a}{\f/optional}{/optional}", $data, '{/optional}'];
 check($cases);
-?>
 --EXPECT--
-text: as expected
-file: as expected
+as expected

@@ -1,7 +1,5 @@
 --TEST--
 A message of ten megabytes comes out whole where there is memory for it, else the memory limit ends the call
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -22,7 +20,6 @@ foreach ($calls as $name => $call) {
     }
     echo $name, ': ', implode(', ', $ends), "\n";
 }
-?>
 --EXPECT--
 text: whole|in order 0, memory|in order 255
 conversions: whole|in order 0, memory|in order 255

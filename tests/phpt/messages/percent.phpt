@@ -1,7 +1,5 @@
 --TEST--
 A message is the format of PHP's formatter: what needs no argument is formatted, what needs one is left alone
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -25,7 +23,7 @@ foreach ($texts as $text => $shown) {
     $cases["reference $text"] = ["{addslashes a::$text|:::}", [], null,
         "Bad formated parameter'a::$shown|:::': too many : in {addslashes a::$shown|:::}"];
 }
-check_as_text($cases);
+check($cases, ['text']);
 foreach ($texts + $dropped as $text => $shown) {
     $seen = outcome("nosuch $text", [], false);
     if ($seen !== [null, "Could not open file nosuch $shown"]) {
@@ -47,9 +45,8 @@ foreach (['%2000000000;', '%.2000000000;', '%99999999999999999999;', '%-20000000
 echo json_encode(outcome('{v}%d%%{x::%s}', ['v' => '%s%n'])), "\n";
 // The message ends at a NUL byte, as every text does that C code formats.
 echo json_encode(outcome("a\0b{/dynamic}")), "\n";
-?>
 --EXPECT--
-text: as expected
+as expected
 bool(true)
 bool(true)
 true true

@@ -1,7 +1,5 @@
 --TEST--
 Conditional sections decided for each element: by value, by key, by the section that is named
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -17,15 +15,8 @@ $data = ['rows' => $rows, 'list' => [10, 20, 30, 40], 'map' => ['a' => 1, "'a'" 
 $of = fn (string $body) => "{dynamic row,rows}$body{/dynamic}";
 
 check([
-    'value' => [$of('{optional row::*::flag}{*::n}{/optional}'), $data, 'a'],
-    'value, negated' => [$of('{!optional row::*::flag}{*::n}{/optional}'), $data, 'bcd'],
     'the element itself' => ['{dynamic list}{optional * 30}{[*]}{/optional}{/dynamic}', $data, '2'],
-    'compared' => [$of("{optional row::*::role 'admin'}{*::n}{/optional}"), $data, 'a'],
-    'a constant' => [$of('{optional v}{*::n}{/optional}'), $data, 'abcd'],
 
-    'key' => ['{dynamic row,list}{optional row::[*] 3}{*}{/optional}{/dynamic}', $data, '40'],
-    'key of the innermost' => ['{rdynamic list}{optional [*] 0}{*}{/optional}{/rdynamic}', $data, '10'],
-    'key is compared byte by byte' => ['{dynamic list}{optional [*] 03}{*}{/optional}{/dynamic}', $data, ''],
     'quotes belong to the key' => ["{dynamic map}{optional [*] 'a'}{*}{/optional}{/dynamic}", $data, '2'],
     'empty key' => ['{dynamic map}{optional [*]}{*}{/optional}{/dynamic}', $data, '3'],
     'blanks belong to the key' => ['{dynamic map}{optional [*]  b}{*}{/optional}{/dynamic}', $data, '4'],
@@ -35,15 +26,8 @@ check([
 
     'the body sees the element, not what was tested' => [$of('{optional *::role}{*}{/optional}'), ['rows' => [['role' => 1]]], 'Array',
         'Array to string conversion'],
-    'outer key' => ['{dynamic o,outer}{dynamic i,o::*::in}{optional o::[*] y}{*}{/optional}{/dynamic}{/dynamic}', $data, '3'],
 
-    'no such section' => [$of('{optional other::*::n}no{/optional}{!optional other::*::n}no{/optional}'
-        . '{optional other::[*] 0}no{/optional}{!optional other::[*] 0}no{/optional}.'), $data, '....'],
-    'outside of any section' => ['[{optional *::flag}no{/optional}{!optional *::flag}no{/optional}{optional *}no{/optional}'
-        . '{!optional [*] 0}no{/optional}{optional row::[*] 0}no{/optional}{!optional row::*}no{/optional}]', $data, '[]'],
     'a section that is closed already' => [$of('') . '{!optional row::*::n}no{/optional}', $data, ''],
 ]);
-?>
 --EXPECT--
-text: as expected
-file: as expected
+as expected

@@ -1,7 +1,5 @@
 --TEST--
 Only the canonical decimal form of an unsigned number is an index
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -20,7 +18,7 @@ foreach ($texts + $numbers + array_fill_keys($nothing, 'none') as $key => $text)
     // At the root a number is never found, a text is.
     $cases["at the root: $key"] = ['{' . $key . " 'none'}", $data, $texts[$key] ?? 'none'];
 }
-check_as_text($cases);
+check($cases, ['text']);
 
 check([
     'the first step of an escaping tag' => ['{addslashes 0}|{addslashes l::0}', $data, '|zero'],
@@ -33,8 +31,6 @@ check([
     'an object as element has properties, and those have no index' => ['{dynamic r,rows}[{*::0}{*::k}]{/dynamic}',
         ['rows' => [(object) ['zero', 'k' => 'v'], new ArrayObject(['zero'])]], '[][]'],
 ]);
-?>
 --EXPECT--
-text: as expected
-text: as expected
-file: as expected
+as expected
+as expected

@@ -3,7 +3,6 @@ Templates out of archives and compressed files, whole, cut off and corrupt
 --EXTENSIONS--
 phar
 zlib
-template
 --INI--
 phar.readonly=0
 --FILE--
@@ -20,8 +19,11 @@ $archive['page.tpl'] = 'packed {v}, {include part.tpl}, {include phar://site.pha
 $archive['part.tpl'] = 'packed part';
 $archive['folder/zipped.tpl'] = str_repeat('text {v} ', 2000);
 $archive['folder/zipped.tpl']->compress(Phar::GZ);
-// Code in an archive names the files beside it in full: no name is looked for in the archive.
-$archive['code.php'] = '<?php return [outcome(__DIR__ . "/page.tpl", ["v" => "V"], false), outcome("page.tpl", [], false), outcome("[{include part.tpl}]")];';
+// Code in an archive finds the files beside it, behind those of the include path, and from its own folder only.
+$archive['code.php'] = '<?php return [template(__DIR__ . "/page.tpl", ["v" => "V"]), template("page.tpl", ["v" => "V"]),
+    template("[{include folder/note.tpl}{include ./folder/note.tpl}]", [], true)];';
+$archive['folder/note.tpl'] = 'a note';
+$archive['folder/code.php'] = '<?php return [template("note.tpl", []), @template("page.tpl", [])];';
 unset($archive);
 
 foreach (['page.tpl', 'nosuch.tpl', 'folder', ''] as $name) {
@@ -29,7 +31,7 @@ foreach (['page.tpl', 'nosuch.tpl', 'folder', ''] as $name) {
 }
 echo json_encode(outcome('phar://part.tpl/page.tpl', [], false)), "\n";
 echo json_encode(outcome('phar://site.phar/folder/zipped.tpl', ['v' => 'V'], false) === [str_repeat('text V ', 2000)]), "\n";
-echo json_encode(include 'phar://site.phar/code.php'), "\n";
+echo json_encode([include 'phar://site.phar/code.php', include 'phar://site.phar/folder/code.php']), "\n";
 
 foreach (['page.tpl.gz', 'part.tpl', 'nosuch.gz'] as $name) {
     echo $name, ': ', json_encode([outcome("compress.zlib://$name", ['v' => 'V'], false), outcome("[{include compress.zlib://$name}]", ['v' => 'V'])]), "\n";
@@ -40,7 +42,6 @@ echo json_encode(count($seen) === 1 && $seen[0] !== '' && str_starts_with(str_re
 [$output] = run_script('set_time_limit(1); file_put_contents(__FILE__ . ".gz", "\x1f\x8b\x08\0\0\0\0\0\0\3nothing that could be inflated");
     register_shutdown_function(unlink(...), __FILE__ . ".gz"); template("compress.zlib://" . __FILE__ . ".gz", []);');
 echo preg_match('/Fatal error: (.*?) in /', $output, $error) ? $error[1] : $output, "\n";
-?>
 --EXPECT--
 page.tpl: [["packed V, plain part, packed part"],["[packed V, plain part, packed part]"]]
 nosuch.tpl: [[null,"Could not open file phar:\/\/site.phar\/nosuch.tpl"],["[]"]]
@@ -48,7 +49,7 @@ folder: [[null,"Could not open file phar:\/\/site.phar\/folder"],["[]"]]
 : [[null,"Could not open file phar:\/\/site.phar\/"],["[]"]]
 [null,"Could not open file phar:\/\/part.tpl\/page.tpl"]
 true
-[["packed V, plain part, packed part"],[null,"Could not open file page.tpl"],["[plain part]"]]
+[["packed V, plain part, packed part","packed V, plain part, packed part","[a note]"],["a note",null]]
 page.tpl.gz: [["zipped V, plain part"],["[zipped V, plain part]"]]
 part.tpl: [["plain part"],["[plain part]"]]
 nosuch.gz: [[null,"Could not open file compress.zlib:\/\/nosuch.gz"],["[]"]]

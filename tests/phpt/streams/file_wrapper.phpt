@@ -1,42 +1,22 @@
 --TEST--
 Plain names where the file system has not the only say in them; files are closed whatever happens
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
 
-/** A file system of the program's own. */
-class Files
+/** A file system of the program's own, which notes what is asked of it. */
+class Files extends Source
 {
-    public static array $content;
     public static array $log = [];
-    public $context;
-    private string $rest;
-
-    public function stream_open(string $path, string $mode, int $options): bool
+    public function stream_open(string $path, string $mode = '', int $options = 0): bool
     {
         self::$log[] = basename($path) . ' ' . $options;
-        $this->rest = self::$content[basename($path)] ?? '';
-        return isset(self::$content[basename($path)]);
-    }
-    public function stream_read(int $count): string
-    {
-        [$piece, $this->rest] = [substr($this->rest, 0, $count), substr($this->rest, $count)];
-        return $piece;
-    }
-    public function stream_eof(): bool
-    {
-        return $this->rest === '';
-    }
-    public function stream_stat(): array
-    {
-        return [];
+        return parent::stream_open($path);
     }
     public function url_stat(string $path): array|false
     {
         self::$log[] = 'stat ' . basename($path);
-        return isset(self::$content[basename($path)]) ? ['mode' => 0100444] : false;
+        return isset(self::$texts[basename($path)]) ? ['mode' => 0100444] : false;
     }
 }
 
@@ -52,7 +32,7 @@ function show(string $what): void
 
 in_folder_with(['page.tpl' => 'file {v}']);
 set_include_path('.');
-Files::$content = ['page.tpl' => 'wrapper {v}'];
+Files::$texts = ['page.tpl' => 'wrapper {v}'];
 show('nothing registered');
 stream_wrapper_register('other', Files::class);
 show('a wrapper that is not asked');
@@ -72,12 +52,7 @@ function openFiles(): int
 }
 file_put_contents('fault.tpl', '{include page.tpl}{optional v}');
 file_put_contents('throws.tpl', str_repeat('text ', 5000) . '{v}' . str_repeat('text ', 5000));
-$throws = new class () {
-    public function __toString(): string
-    {
-        throw new LogicException('in the middle of a file');
-    }
-};
+$throws = new Doing(fn () => throw new LogicException('in the middle of a file'));
 $before = openFiles();
 for ($i = 0; $i < 5; $i++) {
     $ends = [outcome('fault.tpl', [], false), outcome('throws.tpl', ['v' => $throws], false)];
@@ -87,7 +62,6 @@ echo json_encode($ends), ' ', openFiles() - $before, " more files open\n";
 // Under open_basedir files are still opened, along the include path as well.
 ini_set('open_basedir', getcwd());
 show('within open_basedir');
-?>
 --EXPECT--
 nothing registered: [[["file V","file V"],["file V","file V"],["file V","file V"]],""]
 a wrapper that is not asked: [[["file V","file V"],["file V","file V"],["file V","file V"]],""]

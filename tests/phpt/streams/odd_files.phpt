@@ -2,26 +2,11 @@
 Files that change while they are read, that wait, that lead nowhere, that may not be opened
 --EXTENSIONS--
 posix
-template
 --INI--
 allow_url_fopen=0
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
-
-/** Does something to a file when it is printed. */
-final class Act
-{
-    public function __construct(private Closure $act)
-    {
-    }
-
-    public function __toString(): string
-    {
-        ($this->act)();
-        return '';
-    }
-}
 
 in_folder_with(['closed.tpl' => 'secret', 'target.tpl' => 'target {v}']);
 symlink('loop-b.tpl', 'loop-a.tpl');
@@ -41,10 +26,10 @@ echo json_encode([outcome($url, [], false) === [null, "Could not open file $url"
 
 // What was there when it was read is delivered: PHP reads ahead.
 $content = '{act}' . str_repeat('text ', 20000);
-foreach ([['shrinks', fn () => file_put_contents('file.tpl', '')], ['grows', fn () => file_put_contents('file.tpl', 'more', FILE_APPEND)], ['goes', fn () => unlink('file.tpl')]] as [$what, $change]) {
+foreach ([['shrinks', fn () => ['', file_put_contents('file.tpl', '')][0]], ['grows', fn () => ['', file_put_contents('file.tpl', 'more', FILE_APPEND)][0]], ['goes', fn () => ['', unlink('file.tpl')][0]]] as [$what, $change]) {
     foreach ([['file.tpl', false], ['{include file.tpl}', true]] as [$template, $isText]) {
         file_put_contents('file.tpl', $content);
-        $seen = outcome($template, ['act' => new Act($change)], $isText);
+        $seen = outcome($template, ['act' => new Doing($change)], $isText);
         $all = substr($content, 5) . 'more';
         echo $what, ': ', json_encode([count($seen), str_starts_with($all, $seen[0]), $what === 'shrinks' || strlen($seen[0]) >= strlen($all) - 4]), "\n";
     }
@@ -58,7 +43,6 @@ foreach ([['fifo.tpl', 1.2, false], ['[{include fifo.tpl}]', 0, true]] as [$temp
     echo json_encode(outcome($template, ['v' => 'V'], $isText)), "\n";
     proc_close($writer);
 }
-?>
 --EXPECT--
 link.tpl: [["target V"],["[target V]"]]
 loop-a.tpl: [[null,"Could not open file loop-a.tpl"],["[]"]]

@@ -1,7 +1,5 @@
 --TEST--
 open_basedir holds for templates and for includes
---EXTENSIONS--
-template
 --FILE--
 <?php
 require __DIR__ . '/../helper.inc';
@@ -18,7 +16,6 @@ $names = var_export(["$folder/inside/page.tpl", "$folder/outside.tpl", "$folder/
         echo json_encode([@template(\$name, ['name' => '$folder/outside.tpl']), error_get_last()['message'] ?? null], JSON_UNESCAPED_SLASHES), \"\\n\";
     }");
 echo str_replace($folder, 'FOLDER', $output), $status, "\n";
-?>
 --EXPECT--
 ["inside, .","template(): open_basedir restriction in effect. File(FOLDER/outside.tpl) is not within the allowed path(s): (FOLDER/inside)"]
 [null,"Could not open file FOLDER/outside.tpl"]

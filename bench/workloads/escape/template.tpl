@@ -1,3 +1,0 @@
-<ol>
-{dynamic text,texts}<li>{htmlspecialchars text::*}</li>
-{/dynamic}</ol>

@@ -1,0 +1,1 @@
+<p>There is no such page.</p>

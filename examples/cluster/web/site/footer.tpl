@@ -1,0 +1,1 @@
+<p>Release 1</p>

@@ -1,0 +1,2 @@
+<!DOCTYPE html>
+<title>Books, release 1</title>

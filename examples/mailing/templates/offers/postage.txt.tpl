@@ -1,0 +1,2 @@
+The next book comes free of postage.
+{include offer}

@@ -1,0 +1,1 @@
+The next book is cheaper by a tenth: BOOK-{number}.

@@ -1,0 +1,1 @@
+{htmlspecialchars piece::*::text}{optional piece::*::open}<mark>{piece::*::open}<b>{piece::*::keyword}</b>{htmlspecialchars piece::*::rest}</mark>{/optional}

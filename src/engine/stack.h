@@ -1,0 +1,65 @@
+// The stack that a call may use. PHP's own limit decides; where PHP is told not to
+// look, the size of the stack does, which PHP knows all the same.
+//
+// What a template, its data or a file name can make deep, each asked for before it:
+// - analysis and rendering, which call themselves for sections and included files;
+// - calls of template() inside of each other, through user code;
+// - opening a file: PHP resolves a name by recursion, see hasRoomToOpen().
+// What else PHP does for a call needs less than the reserve below the limit.
+#ifndef TEMPLATE_ENGINE_STACK_H
+#define TEMPLATE_ENGINE_STACK_H
+
+#include <cstddef>
+#include <string_view>
+
+#include "engine/headers.h"
+
+#ifndef ZEND_CHECK_STACK_LIMIT
+#error "PHP must know the limit of its stack (ZEND_CHECK_STACK_LIMIT)."
+#endif
+
+class Stack final {
+public:
+    // One more level of analysis or rendering, with all that it calls in PHP.
+    static constexpr size_t LEVEL = 16 * 1024;
+    // A call as a whole.
+    static constexpr size_t CALL = 48 * 1024;
+
+    static bool hasRoom(size_t bytes)
+    {
+        return EXPECTED(reinterpret_cast<uintptr_t>(zend_call_stack_position()) > limit() + bytes);
+    }
+
+    // For PHP to open a file by this name.
+    static bool hasRoomToOpen(std::string_view name)
+    {
+        // The main program has that for any name that PHP looks up at all.
+        return (name.size() < MAXPATHLEN && hasRoom(ANY_PATH)) || hasRoom(toOpen(name));
+    }
+
+    // Half of the reserve is used up as well: code that was told of the limit has made
+    // further calls.
+    static bool reserveIsUsed()
+    {
+        return UNEXPECTED(EG(stack_limit) == nullptr)
+            && reinterpret_cast<uintptr_t>(zend_call_stack_position()) < limit() - RESERVE / 2;
+    }
+
+private:
+    static constexpr size_t ANY_PATH = 6 * 1024 * 1024;
+    static size_t toOpen(std::string_view name);
+
+    // Of a stack that PHP does not look at. Fits a stack of a megabyte.
+    static constexpr size_t RESERVE = 256 * 1024;
+
+    static uintptr_t limit()
+    {
+        if (EXPECTED(EG(stack_limit) != nullptr)) {
+            return reinterpret_cast<uintptr_t>(EG(stack_limit));
+        }
+        const auto base = reinterpret_cast<uintptr_t>(EG(call_stack).base);
+        return base > EG(call_stack).max_size ? base - EG(call_stack).max_size + RESERVE : RESERVE;
+    }
+};
+
+#endif

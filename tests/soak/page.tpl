@@ -1,1 +1,0 @@
-<h1>{title}</h1>{dynamic row,rows}<p>{row::[*]} {row::*::name} {htmlspecialchars row::*::name}{dynamic i,row::*::list}{i::*},{/dynamic}{include part}</p>{/dynamic}

@@ -1,1 +1,0 @@
-{optional row::[*] 3}third{/optional}{missing}
