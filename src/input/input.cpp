@@ -56,6 +56,7 @@ void Input::open(const String& source)
 void Input::openStream(const String& source)
 {
     EngineCall& call = EngineCall::current();
+    streamMemory_.beforeOpening();
     call.attempt([&] {
         stream = php_stream_open_wrapper_ex(source.c_str(), "rb", USE_PATH, nullptr, nullptr);
     });
@@ -204,6 +205,7 @@ size_t Input::read(char* to, size_t size)
     }
     ssize_t count = 0;
     EngineCall::current().run([&] { count = php_stream_read(stream, to, size); });
+    streamMemory_.count();
     return std::max<ssize_t>(count, 0);
 }
 

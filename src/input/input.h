@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "engine/stream_memory.h"
 #include "engine/text.h"
 #include "input/plain_file.h"
 
@@ -70,6 +71,7 @@ private:
     size_t read(char* to, size_t size);
 
     PlainFile file_;
+    StreamMemory streamMemory_;
     bool started_ = false;
 };
 

@@ -3,6 +3,7 @@
 #include "engine/failure.h"
 #include "engine/fiber_guard.h"
 #include "engine/stack.h"
+#include "engine/stream_memory.h"
 #include "module/message.h"
 #include "module/php_interface.h"
 #include "template/error.h"
@@ -159,6 +160,12 @@ PHP_MINIT_FUNCTION(template)
     return SUCCESS;
 }
 
+static zend_result afterRequest()
+{
+    StreamMemory::afterRequest();
+    return SUCCESS;
+}
+
 zend_module_entry template_module_entry = {
     STANDARD_MODULE_HEADER,
     "template",
@@ -169,7 +176,9 @@ zend_module_entry template_module_entry = {
     nullptr,
     nullptr,
     "2.0.0",
-    STANDARD_MODULE_PROPERTIES,
+    NO_MODULE_GLOBALS,
+    afterRequest,
+    STANDARD_MODULE_PROPERTIES_EX,
 };
 
 ZEND_GET_MODULE(template)

@@ -8,6 +8,7 @@ final class Call
 {
     public static ?self $made = null;
     private string $body;
+    private string $template;
     private string $folder;
     private array $data;
     private int $calls = 0, $names = 0;
@@ -31,6 +32,18 @@ final class Call
                 default => '{dynamic q,again}{q::*}{/dynamic}',
             };
         }
+        $this->template = $this->template();
+    }
+
+    private function template(): string
+    {
+        return match ($this->shape->choice('as')) {
+            'text' => $this->body,
+            'file' => $this->put('body', $this->body),
+            'stream' => 'made://body',
+            'data' => 'data:,' . rawurlencode($this->body),
+            'include' => str_repeat('{include ' . $this->including() . '}', $this->shape->size('files')),
+        };
     }
 
     public function clear(): void
@@ -196,31 +209,32 @@ final class Call
     {
         // PHP does not open a name that is being opened.
         $this->data['next'] = 'made://again/' . ++$this->names;
-        return match ($this->shape->choice('as')) {
-            'text' => template($this->body, $this->data, true),
-            'file' => template($this->put('body', $this->body), $this->data),
-            'stream' => template('made://body', $this->data),
-            'data' => template('data:,' . rawurlencode($this->body), $this->data),
-            'zlib' => template('compress.zlib://' . $this->put('body.gz', gzencode($this->body, 1)), $this->data),
-            'include' => template(str_repeat('{include ' . $this->including() . '}', $this->shape->size('files')), $this->data, true),
-        };
+        return template($this->template, $this->data, in_array($this->shape->choice('as'), ['text', 'include'], true));
     }
 
+    /** What the file is opened by. */
     public function put(string $name, string $text): string
     {
-        is_file("$this->folder/$name") || file_put_contents("$this->folder/$name", $text);
-        return "$this->folder/$name";
+        $packed = $this->shape->choice('packed') === 'yes';
+        is_file("$this->folder/$name") || file_put_contents("$this->folder/$name", $packed ? gzencode($text, 1) : $text);
+        return $this->opened($name);
+    }
+
+    private function opened(string $name): string
+    {
+        return ($this->shape->choice('packed') === 'yes' ? 'compress.zlib://' : '') . "$this->folder/$name";
     }
 
     /** The first of the files, of which each includes the next, or includes it twice. */
     private function including(): string
     {
         $last = max($this->shape->size('chain'), $this->shape->size('fan'));
+        $tail = str_repeat(' ', $this->shape->size('tail'));
         for ($i = 0; $i < $last; $i++) {
-            $this->put((string) $i, str_repeat("{include $this->folder/" . ($i + 1) . '}', $this->shape->size('fan') > 0 ? 2 : 1));
+            $this->put((string) $i, str_repeat('{include ' . $this->opened((string) ($i + 1)) . '}', $this->shape->size('fan') > 0 ? 2 : 1) . $tail);
         }
-        $this->put((string) $last, $this->body);
-        return "$this->folder/0";
+        $this->put((string) $last, $this->body . $tail);
+        return $this->opened('0');
     }
 
     public function body(): string

@@ -66,7 +66,7 @@ final class CommandLine
 final class Worker
 {
     private static int $started = 0;
-    private ?int $base = null;
+    private int $base;
     private ?Bench\FastCgi $client = null;
     private string $place;
     /** @var resource */
@@ -85,6 +85,7 @@ final class Worker
     public function __construct(private string $module, private array $settings = [])
     {
         $this->start();
+        $this->base = $this->ask(CommandLine::NOTHING, '64M')['resident'];
     }
 
     private function start(): void
@@ -114,7 +115,7 @@ final class Worker
 
     public function base(): int
     {
-        return $this->base ??= $this->ask(CommandLine::NOTHING, '64M')['resident'];
+        return $this->base;
     }
 
     public function seen(string $case, string $limit, array $special): array

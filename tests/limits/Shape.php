@@ -14,14 +14,16 @@ final class Shape
     public const SIZES = [
         'count' => 4 << 20, 'nest' => 1 << 20, 'text' => 16 << 20, 'name' => 8 << 20, 'step' => 16 << 20, 'steps' => 4 << 20,
         'also' => 4 << 20, 'default' => 16 << 20, 'compare' => 16 << 20, 'blank' => 16 << 20, 'rows' => 1 << 18,
-        'key' => 8 << 20, 'value' => 16 << 20, 'files' => 4096, 'chain' => 2048, 'fan' => 30, 'file' => 8 << 20,
+        'key' => 8 << 20, 'value' => 16 << 20, 'files' => 4096, 'chain' => 2048, 'fan' => 30, 'tail' => 1 << 20, 'file' => 8 << 20,
         'parts' => 4 << 20, 'percent' => 8 << 20, 'calls' => 4096, 'fibers' => 512,
     ];
     private const USUAL = ['count' => 1, 'rows' => 1, 'step' => 1, 'files' => 1, 'value' => 1];
 
     /** The first of each is the usual one. */
     public const CHOICES = [
-        'as' => ['text', 'file', 'stream', 'data', 'zlib', 'include'],
+        'as' => ['text', 'file', 'stream', 'data', 'include'],
+        // of files
+        'packed' => ['no', 'yes'],
         'in' => ['nothing', 'dynamic', 'rdynamic', 'optional', 'hidden'],
         // whether what the tags name is in the data
         'found' => ['no', 'yes'],
@@ -43,7 +45,7 @@ final class Shape
     ];
     private const CHOICES_WITH = [
         'name' => ['in' => 'dynamic'], 'rows' => ['in' => 'dynamic'], 'key' => ['in' => 'dynamic'],
-        'files' => ['as' => 'include'], 'chain' => ['as' => 'include'], 'fan' => ['as' => 'include'],
+        'files' => ['as' => 'include'], 'chain' => ['as' => 'include'], 'fan' => ['as' => 'include'], 'tail' => ['as' => 'include'],
         'value' => ['found' => 'yes'],
     ];
 
@@ -105,8 +107,13 @@ final class Shape
         foreach (self::CHOICES as $choice => $values) {
             $choices += [$choice => $again || !in_array($choice, ['when', 'through', 'then'], true) ? $pick($values) : $values[0]];
         }
-        // A file's name is in every message and in the list of those that are open.
-        return self::fitting($pick($tags), $choices, $sizes, (bool) $choose(2), $choices['as'] === 'data' ? $most >> 3 : $most);
+        $most >>= match (true) {
+            // A file's name is in every message and in the list of those that are open.
+            $choices['as'] === 'data' => 3,
+            $choices['packed'] === 'yes' => 1,
+            default => 0,
+        };
+        return self::fitting($pick($tags), $choices, $sizes, (bool) $choose(2), $most);
     }
 
     /** Halves the sizes until they fit: the largest, or the last that can be. */
@@ -126,9 +133,12 @@ final class Shape
         $of = $this->size(...);
         // A key that collides is a long number.
         $step = $this->choice('data') === 'colliding' ? 10.0 : $of('step');
-        $unit = 30 + $of('name') + $of('steps') * ($step + 2) + $of('step') + 4 * $of('also') + $of('default')
+        $names = str_ends_with($this->tag, 'dynamic') ? 2 : 1;
+        $depth = $of('nest') ?: ($this->choice('in') === 'nothing' ? 0 : 1);
+        $unit = 30 + $names * $of('name') + $of('steps') * ($step + 2) + $of('step') + 4 * $of('also') + $of('default')
             + $of('compare') + $of('blank') + $of('text') + $of('file') + 2 * $of('parts') + $of('percent');
-        return $of('count') * $unit + $of('nest') * (20.0 + $of('name')) + $of('value') + $of('rows') * (40.0 + $of('key'))
+        return $of('count') * $unit + $depth * (20.0 + $of('name')) + $of('value') + $of('rows') * (40.0 + $of('key'))
+            + max($of('chain'), $of('fan')) * (40.0 + $of('tail'))
             // what each of the calls says itself is the same text
             + ($of('calls') + $of('fibers')) * 100.0;
     }

@@ -46,6 +46,8 @@ function bombs(): array
         'calls in fibers' => [MEMORY, 'variable value=240000 found=yes fibers=2430'],
         'calls in fibers, in analysis' => [MEMORY, 'variable value=180000 found=yes fibers=2430 when=analysis'],
         'calls of many tags in fibers' => [MEMORY, 'key count=3000 fibers=2430'],
+        'packed files that stay open' => [MEMORY . '|returned', 'variable chain=3500 tail=6000 as=include packed=yes', ['files' => 18000]],
+        'packed files that were closed' => ['returned$', closed_files(...), ['files' => 18000, 'limit' => '128M']],
         'names of data' => [MEMORY, names_of_data(...)],
         'text in sections' => [MEMORY, "text text=1000 nest=12 $large"],
         'value' => [MEMORY, "variable value=700000 nest=4 found=yes $large"],
@@ -222,6 +224,19 @@ function over(int $step, Closure $value): Closure
             $references .= '*::' . $i * $step . ' ';
         }
         return fn () => template("{dynamic l}{{$references}}{/dynamic}", $data, true);
+    };
+}
+
+/** What the streams of files took is given back when they are closed. */
+function closed_files(): Closure
+{
+    $call = new Call(Shape::named('variable chain=2000 tail=6000 as=include packed=yes'));
+    return function () use ($call) {
+        $before = resident('VmRSS');
+        $call->make();
+        gc_mem_caches();
+        $kept = resident('VmRSS') - $before;
+        return $kept < 24 << 10 ? '' : throw new LogicException("$kept kB are kept.");
     };
 }
 

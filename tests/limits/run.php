@@ -113,7 +113,8 @@ function check(string $module, iterable $cases, bool $show = false): bool
         } while (triedAgain($on, $fault, $faults));
         match (true) {
             $on !== $usual[$server] => $on->stop(),
-            $fault !== null => $on->restart(),
+            // A higher limit and libxml leave more behind than the next case is allowed.
+            $fault !== null || isset($special['limit']) || str_contains($case, 'data=rebuilt') => $on->restart(),
             default => null,
         };
         [$most, $where] = $over > $most ? [$over, "$case ($server $limit)"] : [$most, $where];
