@@ -34,6 +34,7 @@ const zval* Key::search(const HashTable* table) const
         const Bucket& bucket = buckets[place];
         if (holds(bucket)) {
             place_ = place;
+            shared_ = ZSTR_IS_INTERNED(bucket.key) ? bucket.key : &NONE;
             return &bucket.val;
         }
         place = Z_NEXT(bucket.val);

@@ -110,13 +110,17 @@ public:
     }
 
 private:
-    // Each row of decoded data has a string of its own for the same key. The key of an
-    // element that was taken out is gone.
+    // Rows made by a program share their keys, each row of decoded data has a string of
+    // its own for the same key. The key of an element that was taken out is gone.
     [[gnu::always_inline]] bool holds(const Bucket& bucket) const
     {
-        return bucket.h == number_ && Z_TYPE(bucket.val) != IS_UNDEF && bucket.key != nullptr
-            && ZSTR_LEN(bucket.key) == text_.size()
-            && sameBytes(ZSTR_VAL(bucket.key), text_.data(), text_.size());
+        return Z_TYPE(bucket.val) != IS_UNDEF
+            && (bucket.key == shared_ || (bucket.h == number_ && hasText(bucket.key)));
+    }
+    [[gnu::always_inline]] bool hasText(const zend_string* key) const
+    {
+        return key != nullptr && ZSTR_LEN(key) == text_.size()
+            && sameBytes(ZSTR_VAL(key), text_.data(), text_.size());
     }
     const zval* search(const HashTable* table) const;
 
@@ -125,6 +129,10 @@ private:
     zend_ulong number_;
     bool isIndex_;
     mutable uint32_t place_ = UINT32_MAX;
+    // The string that was found last, if PHP keeps it until the request ends: another one
+    // could be freed, and its place be another text's.
+    mutable const zend_string* shared_ = &NONE;
+    static inline const zend_string NONE{};
 };
 
 // A path of such keys; without one it leads nowhere else.

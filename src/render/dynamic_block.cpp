@@ -86,13 +86,12 @@ void renderSection(Template& page, DynamicBlock& block, Text& out, const zval* v
     }
     {
         const HeldTable held(value);
-        EngineCall::current().leaveIfAbandoned();
         if (held.table() != nullptr && zend_hash_num_elements(held.table()) > 0) {
             const SectionStack::Opened opened(page.dynamicStack, block);
             renderElements(page, block, out, held.table(), reversed);
         }
     }
-    // Letting go of the table can run destructors.
+    // Getting at the table can run user code, and letting go of it destructors.
     EngineCall::current().leaveIfAbandoned();
 }
 

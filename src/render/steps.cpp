@@ -94,27 +94,27 @@ public:
     }
 
 private:
-    // Whether `next` says where to go on.
+    // Whether `next` says where to go on; else the step behind it is next.
     [[gnu::always_inline]] bool goOn(const Step& step, Cursor& cursor)
     {
         Digits digits;
         switch (step.kind) {
         case Step::TEXT:
             write(step.text, cursor);
-            return true;
+            return false;
         case Step::VALUE:
             return writeValue(step, step.reference.find(page_.phpInterface), cursor);
         case Step::KEY:
             write(step.text, cursor, step.reference.section->currentKey.printed(digits));
-            return true;
+            return false;
         case Step::ROOT_VALUE:
             return writeValue(step, step.value, cursor);
         case Step::ESCAPED_VALUE:
             writeEscaped(step, step.reference.find(page_.phpInterface), cursor);
-            return true;
+            return false;
         case Step::ESCAPED_KEY:
             writeEscapedText(step, step.reference.section->currentKey.printed(digits), cursor);
-            return true;
+            return false;
         case Step::VALUE_CONDITION:
             write(step.text, cursor);
             return page_.checkIfOptionalIsVisible(
@@ -127,7 +127,7 @@ private:
                 == step.negated;
         default:
             cursor = renderElsewhere(step, cursor);
-            return true;
+            return false;
         }
     }
 

@@ -63,8 +63,17 @@ $held->do = new Doing(function () use (&$held, &$rows) {
 $rows = [['c' => ['num' => &$held]], ['c' => ['num' => $held]]];
 echo json_encode(outcome('{dynamic rows}{dynamic *::c}{[*]}={*};{/dynamic}{/dynamic}', ['rows' => &$rows])), "\n";
 
+// A key that goes away between two elements, and another in its place.
+$changing = (object) ['row' => [strrev('1yek') => 'first']];
+$change = new Doing(function () use ($changing) {
+    $changing->row = null;
+    $changing->row = [strrev('2yek') => 'wrong'];
+});
+$element = ['object' => ['num' => $changing], 'change' => $change];
+echo json_encode(outcome('{dynamic r,l}{dynamic p,r::*::object}{p::*::key1}{/dynamic}{r::*::change}{/dynamic}', ['l' => [$element, $element]])), "\n";
+
 // What holds itself is not freed at the end of a script: it would be taken for a leak.
-unset($page, $lazy, $held, $rows);
+unset($page, $lazy, $held, $rows, $changing, $change, $element);
 gc_collect_cycles();
 --EXPECT--
 ["title=old;do=!;last=last;"]
@@ -77,3 +86,4 @@ gc_collect_cycles();
 ["LogicException: no index"]
 ["title=old;do=!;last=lastlastlastlastlast;"]
 ["title=old;do=!;last=last;"]
+["first!!"]
