@@ -25,6 +25,7 @@ final class CheckCommand extends TemplateCommand
     protected function configure(): void
     {
         parent::configure();
+        $this->getDefinition()->addOption(Format::option());
         $this->addDataOptions();
         $rules = array_map(static fn (Rule $rule): string => "  $rule->value: {$rule->summary()}", Rule::cases());
         $this
@@ -40,14 +41,6 @@ final class CheckCommand extends TemplateCommand
                 'Leave findings of a kind out',
                 [],
                 array_column(Rule::cases(), 'value'),
-            )
-            ->addOption(
-                'format',
-                'f',
-                InputOption::VALUE_REQUIRED,
-                'text, json, github or checkstyle',
-                'text',
-                array_column(Format::cases(), 'value'),
             )
             ->setHelp(
                 "Writes one line for each finding: the place in the template, the data's file, the path in the data.\n"

@@ -29,6 +29,7 @@ final class LintCommand extends TemplateCommand
     protected function configure(): void
     {
         parent::configure();
+        $this->getDefinition()->addOption(Format::option());
         $names = array_column(HintKind::cases(), 'value');
         $hints = array_map(static fn (HintKind $kind): string => "  $kind->value: {$kind->summary()}", HintKind::cases());
         $many = InputOption::VALUE_REQUIRED | InputOption::VALUE_IS_ARRAY;
@@ -40,14 +41,6 @@ final class LintCommand extends TemplateCommand
             )
             ->addOption('name', null, $many, 'In folders, files whose name matches this pattern, instead of "*.tpl"')
             ->addOption('stdin-name', null, InputOption::VALUE_REQUIRED, 'What the text on standard input is called')
-            ->addOption(
-                'format',
-                'f',
-                InputOption::VALUE_REQUIRED,
-                'text, json, github or checkstyle',
-                'text',
-                array_column(Format::cases(), 'value'),
-            )
             ->addOption('no-hints', null, InputOption::VALUE_NONE, 'Report faults only')
             ->addOption('no-hint', null, $many, 'Switch a hint off', [], $names)
             ->addOption('allow-raw', null, $many, 'References that may be printed raw in HTML, as a pattern such as "*_html"')

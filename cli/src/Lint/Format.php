@@ -4,6 +4,7 @@ declare(strict_types=1);
 
 namespace TemplateCli\Lint;
 
+use Symfony\Component\Console\Input\InputOption;
 use TemplateCli\Json;
 use TemplateCli\UsageError;
 
@@ -14,6 +15,13 @@ enum Format: string
     case Json = 'json';
     case Github = 'github';
     case Checkstyle = 'checkstyle';
+
+    public static function option(): InputOption
+    {
+        $names = array_column(self::cases(), 'value');
+
+        return new InputOption('format', 'f', InputOption::VALUE_REQUIRED, 'text, json, github or checkstyle', 'text', $names);
+    }
 
     public static function of(string $name): self
     {
