@@ -68,6 +68,12 @@ void StreamMemory::beforeOpening()
 
 void StreamMemory::count()
 {
+    // It can take long to tell. Most is taken at the first reading, and what this one takes
+    // later is found out at the next stream's.
+    ++reads_;
+    if ((reads_ & (reads_ - 1)) != 0) {
+        return;
+    }
     const size_t taken = inUse();
     // Without PHP's own allocator there is no limit either.
     if (EXPECTED(taken < before_ + all_ + STEP) || !is_zend_mm()) {

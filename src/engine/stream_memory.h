@@ -28,6 +28,7 @@ private:
     void release();
 
     bool opened_ = false;
+    size_t reads_ = 0;
     void* held_ = nullptr;
     size_t size_ = 0;
 
