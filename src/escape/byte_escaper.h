@@ -37,6 +37,7 @@ public:
         // In pieces, so that little room is asked for that stays unused.
         constexpr size_t PIECE = 256;
         while (!text.empty()) {
+            EngineCall::current().checkTime();
             const std::string_view piece = text.substr(0, PIECE);
             out.finish(escape(piece, text.data() + text.size(), out.room(mostOf(piece.size()))));
             text.remove_prefix(piece.size());

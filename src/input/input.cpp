@@ -93,6 +93,7 @@ std::string_view Input::readTag(Text& storage)
 bool Input::fillBufferTillMark(Text& out, char mark)
 {
     while (refill()) {
+        EngineCall::current().checkTime();
         const char* const begin = buffer.data() + position;
         const char* const end = buffer.data() + buffer.size();
         const char* const brace = mark == '{' ? findBraceInText(begin, end) : findBrace(begin, end);

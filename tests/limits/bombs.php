@@ -71,6 +71,7 @@ function bombs(): array
         'references over keys that collide' => [TIME, over(1 << 14, colliding(...)), ['limit' => '256M']],
         'references at the top level over keys that collide' => [TIME, at_the_top(...), ['limit' => '256M']],
         'references over a table made anew' => [TIME . '|returned', over(1, fn () => simplexml_load_string('<r>' . str_repeat('<a>1</a>', 50000) . '</r>')), ['limit' => '256M']],
+        'a value of 300 MB' => [TIME, text(fn () => ['{dynamic l}{htmlspecialchars *}{/dynamic}', ['l' => [str_repeat('"', 300 << 20)]]]), ['limit' => '4096M']],
         'archive without an end' => [TIME, fn () => fn () => template('compress.zlib://' . sys_get_temp_dir(), [])],
 
         // Not taken for a runaway: what is done with does not add up.
