@@ -5,6 +5,7 @@
 # --requeue: a part whose host goes down is queued again. RequeueExit in slurm.conf does the same for one that fails, at most
 # five times.
 parts=$1
+mkdir -p pages tries
 missing() { for part in $(seq "$parts"); do [ -e "pages/$part.part" ] || echo "$part"; done | paste -sd ,; }
 
 array=$(missing)

@@ -14,6 +14,8 @@ NET=10.77.0
 give_up() {
     printf 'cluster: %s\n' "$*" >&2
     [ ! -s "${LOG-}" ] || tail -n 8 "$LOG" | sed 's/^/    /' >&2
+    # A person's shell goes on.
+    [[ $- != *i* ]] || kill -INT $$
     exit 1
 }
 
