@@ -67,10 +67,10 @@ suits_options() {
 says() { grep -qxE "# $2" "$1"; }
 
 # The package groups that suites need, which lines "# need: GROUP…" in them say. Servers ("# need
-# private:") go into the private system alone, not on a machine that would start them.
+# private:") go into the private system alone, not on a machine that would start them, and only for root, who can make hosts.
 groups_of() {
     local only_here=
-    [ "$KIND" != private ] || only_here='; s/^# need private://p'
+    [ "$KIND" != private ] || [ "$EUID" -ne 0 ] || only_here='; s/^# need private://p'
     sed -n "s/^# need://p$only_here" "$@" | tr -s ' ' '\n' | sort -u
 }
 
