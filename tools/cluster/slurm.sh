@@ -38,6 +38,9 @@ start_slurmd() {
         LOG=/proc/$(<"$HOSTS/host$1.pid")/root/srv/slurm/slurmd.log give_up "munged or slurmd did not start on host$1."
 }
 
+# A host that was cut off for long: Slurm looks for it again some time after it is back, and at once if it calls.
+wake_slurmd() { ssh -n "host$1" 'kill -HUP $(cat /run/slurmd.pid)'; }
+
 # Waits until these hosts are free. "idle*" is one that does not answer.
 slurm_is_ready() { LOG=/srv/slurm/slurmctld.log wait_for "hosts of Slurm ($*)" 60 are_idle "$@"; }
 are_idle() { [ "$(sinfo -h -N -n "$(printf 'host%d,' "$@")" -o %T 2>/dev/null | grep -cx idle)" -eq $# ]; }
