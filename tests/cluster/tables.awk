@@ -24,7 +24,8 @@ function bulk(what, engine, key,    f) {
 /^web / { web = $0 }
 
 END {
-    printf "Taken on %s, on %d cores that other work shared (load %s at the end).\n\n", date, cores, load
+    printf "Taken on %s, with all hosts on one machine: %d cores%s, %.0f GB of memory, which also is the hosts' disks.\n", date, cores, model ? " (" model ")" : "", memory
+    printf "The load by other work was %s before it began%s.\n\n", load, load < 0.5 ? "" : ", and it came and went: compare processor time, not seconds"
     print "**Bulk**\n"
     print "| run | hosts | rows | seconds | rows/s | CPU µs a row, in all | bytes a row to the hosts | bytes a row from them |"
     print "|---|---|---|---|---|---|---|---|"

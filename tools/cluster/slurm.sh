@@ -28,10 +28,19 @@ SLURM_DAEMON='
 
 start_slurm() {
     local n
-    bash -c "$SLURM_DAEMON; slurmctld"
+    bash -c "$SLURM_DAEMON; slurmctld" || LOG=/srv/slurm/slurmctld.log give_up "munged or slurmctld did not start."
     for n in "$@"; do start_slurmd "$n"; done
-    LOG=/srv/slurm/slurmctld.log wait_for "Slurm on all hosts" 60 slurm_is_ready $#
+    slurm_is_ready "$@"
 }
 
-start_slurmd() { ssh -n "host$1" "$SLURM_DAEMON; slurmd"; }
-slurm_is_ready() { [ "$(sinfo -h -N -o %T 2>/dev/null | grep -c '^idle')" -ge "$1" ]; }
+start_slurmd() {
+    ssh -n "host$1" "$SLURM_DAEMON; slurmd" ||
+        LOG=/proc/$(<"$HOSTS/host$1.pid")/root/srv/slurm/slurmd.log give_up "munged or slurmd did not start on host$1."
+}
+
+# A host that was cut off for long: Slurm looks for it again some time after it is back, and at once if it calls.
+wake_slurmd() { ssh -n "host$1" 'kill -HUP $(cat /run/slurmd.pid)'; }
+
+# Waits until these hosts are free. "idle*" is one that does not answer.
+slurm_is_ready() { LOG=/srv/slurm/slurmctld.log wait_for "hosts of Slurm ($*)" 60 are_idle "$@"; }
+are_idle() { [ "$(sinfo -h -N -n "$(printf 'host%d,' "$@")" -o %T 2>/dev/null | grep -cx idle)" -eq $# ]; }

@@ -13,6 +13,8 @@ UsePAM no
 UseDNS no
 PidFile /run/sshd.pid
 MaxStartups 100
+# Who tries again and again because a host is busy or down is not shut out.
+PerSourcePenalties no
 # A head that is cut off is not waited for.
 ClientAliveInterval 1
 ClientAliveCountMax 4

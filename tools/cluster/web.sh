@@ -9,7 +9,6 @@ start_web() {
         tar -C "$WEB" -c . | ssh "host$n" '
             set -e
             mkdir -p /srv/site/releases /srv/web /var/lib/nginx
-            mount -t tmpfs -o mode=755 lib /var/lib/nginx
             tar -C /srv/web -x --no-same-owner
             cp -r /srv/web/site /srv/site/releases/1
             cp -r /srv/web/site /srv/site/releases/2
@@ -41,6 +40,6 @@ stop_balancer() {
 # Whether each of these hosts answers requests that are sent to the head.
 all_answer() {
     local n seen
-    seen=$(for ((n = 0; n < 4 * $#; n++)); do curl -s -D - -o /dev/null http://head/ | grep -i '^x-host:'; done | sort -u | wc -l)
+    seen=$(for ((n = 0; n < 4 * $#; n++)); do curl -s --max-time 5 -D - -o /dev/null http://head/ | grep -i '^x-host:'; done | sort -u | wc -l)
     [ "$seen" -eq $# ]
 }
