@@ -3,7 +3,7 @@
 # Whole groups that the private system is made with; the others come when they are needed.
 FIRST_GROUPS=(base unit clang fpm)
 
-WHY_PRIVATE="This machine's packages have no PHP 8.4"
+WHY_PRIVATE="This machine's package lists have no PHP 8.4"
 
 # Two at once would do the same: the second waits and finds it done. The lock goes with the shell.
 lock() {
@@ -173,17 +173,28 @@ check_means() {
     else
         unshare --user --map-root-user --mount true 2>/dev/null ||
             die "$WHY_PRIVATE, and this machine does not let ordinary users make name spaces, which a private Debian 13 system needs; run this as root."
-        grep -q "^$(id -un):" /etc/subuid 2>/dev/null && grep -q "^$(id -un):" /etc/subgid 2>/dev/null ||
-            numbers="usermod --add-subuids 100000-165535 --add-subgids 100000-165535 $(id -un)"
+        grep -qE "^($(id -un)|$EUID):" /etc/subuid 2>/dev/null && grep -qE "^($(id -un)|$EUID):" /etc/subgid 2>/dev/null ||
+            numbers="usermod $(free_numbers) $(id -un)"
     fi
     command -v mmdebstrap >/dev/null || missing+=(mmdebstrap)
     [ -f /usr/share/keyrings/debian-archive-keyring.gpg ] || missing+=(debian-archive-keyring)
     [ "$EUID" -eq 0 ] || command -v newuidmap >/dev/null || missing+=(uidmap)
     if [ "$numbers" ] || { [ ${#missing[@]} -gt 0 ] && ! may_install; }; then
-        [ ${#missing[@]} -eq 0 ] || numbers="apt-get install ${missing[*]}${numbers:+ && $numbers}"
+        if [ ${#missing[@]} -gt 0 ]; then
+            numbers="apt-get install ${missing[*]}${numbers:+ && $numbers}"
+            [ "$(candidate "${missing[0]}")" ] || numbers="apt-get update && $numbers"
+        fi
         die "$WHY_PRIVATE; a private Debian 13 system instead needs this, once, from root: $numbers"
     fi
     add_to_machine "${missing[@]}"
+}
+
+# Subordinate numbers that nobody has yet, as options for usermod.
+free_numbers() {
+    { cat /etc/subuid /etc/subgid 2>/dev/null || true; } | awk -F: '
+        BEGIN { first = 100000 }
+        $2 + $3 > first { first = $2 + $3 }
+        END { range = first "-" first + 65535; print "--add-subuids", range, "--add-subgids", range }'
 }
 
 # Whether a program in a folder can be run.
