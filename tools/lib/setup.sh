@@ -80,7 +80,7 @@ may_install() {
     AS_ROOT=(sudo -n)
     ! sudo -n true 2>/dev/null || return 0
     AS_ROOT=(sudo)
-    at_terminal
+    at_terminal && { : </dev/tty; } 2>/dev/null
 }
 
 # become_root WHAT-FOR: sudo's question, if it has one.
@@ -117,8 +117,11 @@ add_to_machine() {
     fi
     become_root "to install them"
     say "Installing …"
+    # apt goes on where it must not stop
+    trap 'say "Interrupted."; exit 130' INT
     "${AS_ROOT[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q install -y --no-remove --no-install-recommends "$@" \
         >"$CACHE/apt.log" 2>&1 </dev/null 8>&- || explain "$CACHE/apt.log" "Installing $*"
+    trap - INT
 }
 
 # ---- the private system
