@@ -137,9 +137,8 @@ make_private() {
     say "$WHY_PRIVATE: making a private Debian 13 system (1 GB, about a minute)"
     say "  in $PRIVATE"
     mkdir "$new"
-    TEMPORARY=$(mktemp -d "$temporary/php-template.XXXXXX")
-    chmod 755 "$TEMPORARY"
-    MADE=("$new" "$TEMPORARY")
+    MADE=("$new")
+    make_temporary "$temporary"
     if [ "$EUID" -eq 0 ]; then
         start_apart "$log" bootstrap "$new/root"
     else
@@ -157,6 +156,21 @@ make_private() {
     MADE=()
     trap - EXIT HUP INT TERM
     say "The private system is ready."
+}
+
+# make_temporary FOLDER: TEMPORARY is a new folder in there for the tool. One that was killed wrote down
+# what it left.
+make_temporary() {
+    local old
+    for old in "$CACHE"/temporary.*; do
+        [ -f "$old" ] && ! kill -0 "${old##*.}" 2>/dev/null || continue
+        remove "$(<"$old")"
+        remove "$old"
+    done
+    TEMPORARY=$(mktemp -d "$1/php-template.XXXXXX")
+    printf '%s\n' "$TEMPORARY" >"$CACHE/temporary.$$"
+    MADE+=("$TEMPORARY" "$CACHE/temporary.$$")
+    chmod 755 "$TEMPORARY"
 }
 
 # What the making needs, each with a sentence of its own when it is not there; what root is to do,
@@ -228,7 +242,7 @@ bootstrap() {
         exec setpriv --pdeathsig KILL unshare --mount --pid --fork --kill-child=KILL \
             mmdebstrap --mode=root "${options[@]}" trixie "$target" "${sources[@]}"
     fi
-    exec setpriv --pdeathsig TERM mmdebstrap --mode=unshare "${options[@]}" --include=fakeroot trixie "$target" "${sources[@]}" >"$output"
+    die_with_us mmdebstrap --mode=unshare "${options[@]}" --include=fakeroot trixie "$target" "${sources[@]}" >"$output"
 }
 
 unpack() { exec tar -C "$2" --no-same-owner --delay-directory-restore --exclude='./dev/*' -xf "$1"; }
@@ -358,6 +372,9 @@ start_apart() {
     APART+=($!)
     set +m
 }
+
+# Becomes a command whose whole process group is killed when we are.
+die_with_us() { exec setpriv --pdeathsig USR1 sh -c 'trap "kill -KILL 0" USR1; "$@" & wait $!' sh "$@"; }
 
 # Waits for all of them; fails when one has.
 wait_apart() {
