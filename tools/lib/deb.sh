@@ -55,8 +55,9 @@ build_deb() {
         tail -n 30 "$log" >&2
         die "The Debian packages do not build; the whole output is in $log."
     }
-    say "Checking it with lintian …"
-    with_dpkg lintian --allow-root --fail-on warning --info --display-info --color never "$folder"/*.changes >&2 ||
+    say "Checking them with lintian …"
+    # all but where the mail of who makes them goes
+    with_dpkg lintian --allow-root --fail-on error,warning --suppress-tags bogus-mail-host,bogus-mail-host-in-debian-changelog --info --display-info --color never "$folder"/*.changes >&2 ||
         die "lintian has something against the Debian packages."
     DEBS=("$folder"/php8.4-template_*.deb "$folder"/php-template-cli_*.deb)
 }
@@ -66,15 +67,13 @@ build_deb() {
 # thrown away. Its maker works in a folder that everybody can enter, as for the private system.
 test_deb() {
     . "$ROOT/tools/lib/setup.sh"
-    local tests=$ROOT/packaging/debian/tests log make=(mmdebstrap) options sources
+    local tests=$ROOT/packaging/debian/tests log make=(mmdebstrap) options sources path
     log=$(build_folder)/deb/test.log
     WHY_PRIVATE="A fresh Debian is needed to try the packages in"
     lock
     check_means /var/tmp
     unlock
-    TEMPORARY=$(mktemp -d /var/tmp/php-template.XXXXXX)
-    MADE=("$TEMPORARY")
-    chmod 755 "$TEMPORARY"
+    make_temporary /var/tmp
     mkdir "$TEMPORARY/files"
     make_phar "$TEMPORARY/files" HEAD
     cp "${DEBS[@]}" "$tests/cli" "$tests/fpm" "$tests/command" "$ROOT"/packaging/debian-{life-test,bash-completion} "$TEMPORARY/files"
@@ -84,7 +83,7 @@ test_deb() {
     mapfile -t options < <(proxies)
     mapfile -t sources < <(mirrors)
     say "Trying them in a fresh Debian (a minute or two) …"
-    run_apart "$log" env -C / TMPDIR="$TEMPORARY" "${make[@]}" --variant=minbase --format=null "${options[@]}" \
+    run_apart "$log" die_with_us env -C / TMPDIR="$TEMPORARY" "${make[@]}" --variant=minbase --format=null "${options[@]}" \
         --include=php8.4-cli,php8.4-fpm,libfcgi-bin \
         --customize-hook="copy-in $TEMPORARY/files /root" \
         --customize-hook='chroot "$1" sh /root/files/debian-life-test /root/files' \
@@ -92,7 +91,7 @@ test_deb() {
         tail -n 30 "$log" >&2
         die "The Debian packages fail in a fresh system; the whole output is in $log."
     }
-    remove "$TEMPORARY"
+    for path in "${MADE[@]}"; do remove "$path"; done
     MADE=()
     trap - EXIT HUP INT TERM
     sed -n 's/^ok: /  /p' "$log" >&2

@@ -3,7 +3,7 @@
 # Whole groups that the private system is made with; the others come when they are needed.
 FIRST_GROUPS=(base unit clang fpm)
 
-WHY_PRIVATE="This machine's packages have no PHP 8.4"
+WHY_PRIVATE="This machine's package lists have no PHP 8.4"
 
 # Two at once would do the same: the second waits and finds it done. The lock goes with the shell.
 lock() {
@@ -80,7 +80,7 @@ may_install() {
     AS_ROOT=(sudo -n)
     ! sudo -n true 2>/dev/null || return 0
     AS_ROOT=(sudo)
-    at_terminal
+    at_terminal && { : </dev/tty; } 2>/dev/null
 }
 
 # become_root WHAT-FOR: sudo's question, if it has one.
@@ -117,8 +117,11 @@ add_to_machine() {
     fi
     become_root "to install them"
     say "Installing …"
+    # apt goes on where it must not stop
+    trap 'say "Interrupted."; exit 130' INT
     "${AS_ROOT[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q install -y --no-remove --no-install-recommends "$@" \
         >"$CACHE/apt.log" 2>&1 </dev/null 8>&- || explain "$CACHE/apt.log" "Installing $*"
+    trap - INT
 }
 
 # ---- the private system
@@ -134,9 +137,8 @@ make_private() {
     say "$WHY_PRIVATE: making a private Debian 13 system (1 GB, about a minute)"
     say "  in $PRIVATE"
     mkdir "$new"
-    TEMPORARY=$(mktemp -d "$temporary/php-template.XXXXXX")
-    chmod 755 "$TEMPORARY"
-    MADE=("$new" "$TEMPORARY")
+    MADE=("$new")
+    make_temporary "$temporary"
     if [ "$EUID" -eq 0 ]; then
         start_apart "$log" bootstrap "$new/root"
     else
@@ -156,6 +158,21 @@ make_private() {
     say "The private system is ready."
 }
 
+# make_temporary FOLDER: TEMPORARY is a new folder in there for the tool. One that was killed wrote down
+# what it left.
+make_temporary() {
+    local old
+    for old in "$CACHE"/temporary.*; do
+        [ -f "$old" ] && ! kill -0 "${old##*.}" 2>/dev/null || continue
+        remove "$(<"$old")"
+        remove "$old"
+    done
+    TEMPORARY=$(mktemp -d "$1/php-template.XXXXXX")
+    printf '%s\n' "$TEMPORARY" >"$CACHE/temporary.$$"
+    MADE+=("$TEMPORARY" "$CACHE/temporary.$$")
+    chmod 755 "$TEMPORARY"
+}
+
 # What the making needs, each with a sentence of its own when it is not there; what root is to do,
 # at once.
 check_means() {
@@ -173,17 +190,28 @@ check_means() {
     else
         unshare --user --map-root-user --mount true 2>/dev/null ||
             die "$WHY_PRIVATE, and this machine does not let ordinary users make name spaces, which a private Debian 13 system needs; run this as root."
-        grep -q "^$(id -un):" /etc/subuid 2>/dev/null && grep -q "^$(id -un):" /etc/subgid 2>/dev/null ||
-            numbers="usermod --add-subuids 100000-165535 --add-subgids 100000-165535 $(id -un)"
+        grep -qE "^($(id -un)|$EUID):" /etc/subuid 2>/dev/null && grep -qE "^($(id -un)|$EUID):" /etc/subgid 2>/dev/null ||
+            numbers="usermod $(free_numbers) $(id -un)"
     fi
     command -v mmdebstrap >/dev/null || missing+=(mmdebstrap)
     [ -f /usr/share/keyrings/debian-archive-keyring.gpg ] || missing+=(debian-archive-keyring)
     [ "$EUID" -eq 0 ] || command -v newuidmap >/dev/null || missing+=(uidmap)
     if [ "$numbers" ] || { [ ${#missing[@]} -gt 0 ] && ! may_install; }; then
-        [ ${#missing[@]} -eq 0 ] || numbers="apt-get install ${missing[*]}${numbers:+ && $numbers}"
+        if [ ${#missing[@]} -gt 0 ]; then
+            numbers="apt-get install ${missing[*]}${numbers:+ && $numbers}"
+            [ "$(candidate "${missing[0]}")" ] || numbers="apt-get update && $numbers"
+        fi
         die "$WHY_PRIVATE; a private Debian 13 system instead needs this, once, from root: $numbers"
     fi
     add_to_machine "${missing[@]}"
+}
+
+# Subordinate numbers that nobody has yet, as options for usermod.
+free_numbers() {
+    { cat /etc/subuid /etc/subgid 2>/dev/null || true; } | awk -F: '
+        BEGIN { first = 100000 }
+        $2 + $3 > first { first = $2 + $3 }
+        END { range = first "-" first + 65535; print "--add-subuids", range, "--add-subgids", range }'
 }
 
 # Whether a program in a folder can be run.
@@ -214,7 +242,7 @@ bootstrap() {
         exec setpriv --pdeathsig KILL unshare --mount --pid --fork --kill-child=KILL \
             mmdebstrap --mode=root "${options[@]}" trixie "$target" "${sources[@]}"
     fi
-    exec setpriv --pdeathsig TERM mmdebstrap --mode=unshare "${options[@]}" --include=fakeroot trixie "$target" "${sources[@]}" >"$output"
+    die_with_us mmdebstrap --mode=unshare "${options[@]}" --include=fakeroot trixie "$target" "${sources[@]}" >"$output"
 }
 
 unpack() { exec tar -C "$2" --no-same-owner --delay-directory-restore --exclude='./dev/*' -xf "$1"; }
@@ -344,6 +372,9 @@ start_apart() {
     APART+=($!)
     set +m
 }
+
+# Becomes a command whose whole process group is killed when we are.
+die_with_us() { exec setpriv --pdeathsig USR1 sh -c 'trap "kill -KILL 0" USR1; "$@" & wait $!' sh "$@"; }
 
 # Waits for all of them; fails when one has.
 wait_apart() {

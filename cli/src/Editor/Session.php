@@ -19,8 +19,8 @@ use TemplateCli\Project;
  */
 final readonly class Session
 {
-    /** Where a checkout has its manual. */
-    private const string MANUAL = __DIR__ . '/../../../docs';
+    /** Where the manual is: in a checkout or an archive, and where the Debian package puts it. */
+    private const array MANUAL = [__DIR__ . '/../../../docs', __DIR__ . '/../../../../doc/php-template-cli'];
 
     /**
      * @param list<string> $rawNames patterns of references that may be printed raw
@@ -70,7 +70,7 @@ final readonly class Session
             'findings' => array_map(Format::finding(...), array_values($here)),
             'tags' => $tags,
             'data' => $project->dataFor($name),
-            'manual' => is_dir(self::MANUAL) ? realpath(self::MANUAL) : '',
+            'manual' => current(array_filter(array_map(realpath(...), self::MANUAL))) ?: '',
         ];
     }
 
