@@ -133,7 +133,7 @@ final class Worker
     {
         try {
             $this->client ??= new Bench\FastCgi("$this->place.sock", 60);
-            return CommandLine::answer($this->client->send(Bench\FastCgi::request(__DIR__ . '/case.php', ['NAME' => $case, 'LIMIT' => $limit, 'PLACE' => $this->place])));
+            return CommandLine::answer($this->client->send(Bench\FastCgi::request(__DIR__ . '/case.php', ['NAME' => $case, 'LIMIT' => $limit])));
         } catch (RuntimeException $exception) {
             $this->client = null;
             return ['died' => $exception->getMessage()];

@@ -84,7 +84,6 @@ function bombs(): array
         'memory ends in the first escaper' => ['returned', first_escaper(...), ['only' => 'cli']],
         'fiber left' => ['fatal: Cannot redeclare', left_in_fiber(...), ['times' => 50]],
         'file left open in a fiber' => ['fatal: Cannot redeclare', file_left_in_fiber(...), ['times' => 30, 'only' => 'fpm']],
-        'memory ends at the boundary' => [MEMORY . '|returned|ValueError|fatal', at_the_boundary(...), $unchecked + ['times' => 300, 'only' => 'fpm']],
         'a signal while a FIFO is waited for' => ['returned null: Could not open file', waiting_for_fifo(...), ['only' => 'cli']],
         'a wrapper that is not there, in the include path' => ['returned$', missing_wrapper(...)],
         '1,500 nested includes' => ['returned$', fn () => innermost(1500), ['only' => 'cli', 'files' => 1024]],
@@ -263,18 +262,22 @@ function fill(int $pieces): array
 }
 
 /**
- * PHP prints its fatal error through what calls again. Processes of their own find out how much can be
- * held, and then hold a little less each.
+ * PHP prints its fatal error through what calls again: that of 8.4.24, before memory errors waited until
+ * the call is over. Processes of their own find out how much can be held, and then hold a little less each.
  */
 function first_escaper(): Closure
 {
     $ends = function (int $pieces, bool $calls): int {
         if (($child = pcntl_fork()) === 0) {
             $GLOBALS['forked'] = true;
-            $page = fn () => template('{dynamic r,b}{htmlspecialchars *}{htmlentities *}{/dynamic}', ['b' => ['<']], true);
+            $page = fn () => template('{dynamic b}{htmlspecialchars *}{/dynamic}', ['b' => ['<']], true);
             ini_set('display_errors', '1');
             ob_start(fn (): string => $page() === null ? '' : '', 1);
+            // What else such a call needs is there: pieces of other sizes, and its first block.
+            template('{dynamic b}{*}{/dynamic}', ['b' => ['<']], true);
+            $block = str_repeat('x', 8000);
             $held = fill($pieces);
+            unset($block);
             $calls && $page();
             posix_kill(getmypid(), SIGKILL);
         }
@@ -312,27 +315,6 @@ function file_left_in_fiber(): Closure
         $fiber = new Fiber(fn () => template($file, ['o' => new Again()]));
         $fiber->start();
         eval('final class Again {}');
-    };
-}
-
-/** Calls that fail before they begin, where memory ends: a little more of it is held each time. */
-function at_the_boundary(): Closure
-{
-    return function () {
-        set_error_handler(null);
-        // Where it ends, the requests before have found out: this is between what was too much and what was not.
-        $notes = "$_SERVER[PLACE].boundary";
-        [$fits, $most] = json_decode((string) @file_get_contents($notes)) ?? [0, 20000];
-        $pieces = $most - $fits > 40 ? intdiv($fits + $most, 2) : $fits + (hrtime(true) >> 10) % 40 - 20;
-        file_put_contents($notes, json_encode([$fits, $most - $fits > 40 ? $pieces : $most]));
-        $held = fill($pieces);
-        $most - $fits > 40 && file_put_contents($notes, json_encode([$pieces, $most]));
-        match ((hrtime(true) >> 8) % 3) {
-            0 => @template('', []),
-            1 => @template('nowhere', []),
-            2 => (new Fiber(fn () => @template('nowhere', [])))->start(),
-        };
-        return '';
     };
 }
 
