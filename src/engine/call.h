@@ -10,6 +10,7 @@
 #include "engine/headers.h"
 
 class CallMemory;
+class FiberStack;
 
 // Thrown when the call is over but has nothing to say of its own: a PHP
 // exception is pending, or a fatal error is on its way out. Deliberately no
@@ -111,6 +112,8 @@ public:
 
     // Where the call's small allocations come from; null before it has any.
     CallMemory* memory = nullptr;
+    // What it holds for the stack that it uses.
+    FiberStack* fiberStack = nullptr;
 
 private:
     void interrupted();

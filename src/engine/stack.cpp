@@ -2,15 +2,23 @@
 
 #include <algorithm>
 
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
+
 namespace {
 
-// PHP holds a few paths of full length on the stack while it opens a file.
-constexpr size_t TO_OPEN_ANY_FILE = 48 * 1024;
+// What any call uses, and in what steps more is paid.
+constexpr size_t PORTION = 16 * 1024;
+// So much used stack is not worth the way to the system.
+constexpr size_t LARGEST_KEPT = 64 * 1024;
+constexpr uintptr_t PAGE = 4096;
+
 // Each component of a path is one level of recursion, with a copy of the path up to
 // it (measured: its length and 350 bytes).
 constexpr size_t COMPONENT = 512;
 
-size_t toResolve(std::string_view path, size_t lengthBefore)
+size_t toResolveBehind(size_t lengthBefore, std::string_view path)
 {
     size_t bytes = 0;
     for (size_t slash = path.find('/'); slash != std::string_view::npos;
@@ -27,7 +35,53 @@ std::string_view settingOf(const char* value)
 
 }
 
-size_t Stack::toOpen(std::string_view name)
+FiberStack::FiberStack(EngineCall& call)
+    : call_(call),
+      begin_(reinterpret_cast<uintptr_t>(zend_call_stack_position())),
+      paid_(begin_ - PORTION)
+{
+    call.fiberStack = this;
+}
+
+FiberStack::~FiberStack()
+{
+    if (UNEXPECTED(begin_ - paid_ > LARGEST_KEPT)) {
+        giveBack();
+    }
+    release();
+}
+
+void FiberStack::pay(uintptr_t depth)
+{
+    const size_t size = (begin_ - depth + PORTION - 1) / PORTION * PORTION;
+    release();
+    held_ = call_.allocate(size);
+    paid_ = begin_ - size;
+}
+
+void FiberStack::release()
+{
+    if (held_ != nullptr) {
+        efree(held_);
+        held_ = nullptr;
+    }
+}
+
+// All that lies below what this function and the system's use.
+void FiberStack::giveBack() const
+{
+#ifdef __linux__
+    const auto here = reinterpret_cast<uintptr_t>(zend_call_stack_position());
+    const uintptr_t end = (here - PAGE) & -PAGE;
+    const auto limit = reinterpret_cast<uintptr_t>(EG(stack_limit));
+    const uintptr_t begin = ((limit != 0 ? limit : paid_) + PAGE - 1) & -PAGE;
+    if (begin < end) {
+        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
+    }
+#endif
+}
+
+size_t Stack::toResolve(std::string_view name)
 {
     // PHP puts a folder before a name that is not from the root: one of the include
     // path, the current one, or that of the program.
@@ -35,7 +89,7 @@ size_t Stack::toOpen(std::string_view name)
     const std::string_view current = settingOf(VCWD_GETCWD(folder, sizeof folder));
     const std::string_view includePath = settingOf(PG(include_path));
     const size_t before = std::max(current.size() + 1, includePath.size() + 1);
-    return TO_OPEN_ANY_FILE + toResolve(name, before)
-        + std::max(toResolve(current, 0), toResolve(includePath, current.size()))
-        + toResolve(settingOf(PG(open_basedir)), 0);
+    return toResolveBehind(before, name)
+        + std::max(toResolveBehind(0, current), toResolveBehind(current.size(), includePath))
+        + toResolveBehind(0, settingOf(PG(open_basedir)));
 }

@@ -12,11 +12,41 @@
 #include <cstddef>
 #include <string_view>
 
-#include "engine/headers.h"
+#include "engine/call.h"
 
 #ifndef ZEND_CHECK_STACK_LIMIT
 #error "PHP must know the limit of its stack (ZEND_CHECK_STACK_LIMIT)."
 #endif
+
+// What a call uses of a fiber's stack, which is memory beside PHP's: there can be many
+// fibers, and what was used stays resident while they wait. So as much of PHP's own is held
+// until the call ends, when the stack goes back to the system. One for each call, made right
+// after it; nothing is held for one in the main program.
+class FiberStack final {
+public:
+    explicit FiberStack(EngineCall& call);
+    FiberStack(const FiberStack&) = delete;
+    FiberStack& operator=(const FiberStack&) = delete;
+    ~FiberStack();
+
+    // Ends the call where PHP's limit forbids it.
+    void payDownTo(uintptr_t depth)
+    {
+        if (UNEXPECTED(depth < paid_)) {
+            pay(depth);
+        }
+    }
+
+private:
+    void pay(uintptr_t depth);
+    void release();
+    void giveBack() const;
+
+    EngineCall& call_;
+    const uintptr_t begin_;
+    uintptr_t paid_;
+    void* held_ = nullptr;
+};
 
 class Stack final {
 public:
@@ -27,30 +57,53 @@ public:
 
     static bool hasRoom(size_t bytes)
     {
-        return EXPECTED(reinterpret_cast<uintptr_t>(zend_call_stack_position()) > limit() + bytes);
+        if (UNEXPECTED(position() <= limit() + bytes)) {
+            return false;
+        }
+        payFor(0);
+        return true;
     }
 
     // For PHP to open a file by this name.
     static bool hasRoomToOpen(std::string_view name)
     {
         // The main program has that for any name that PHP looks up at all.
-        return (name.size() < MAXPATHLEN && hasRoom(ANY_PATH)) || hasRoom(toOpen(name));
+        if (EXPECTED(name.size() < MAXPATHLEN && hasRoom(ANY_PATH))) {
+            return true;
+        }
+        const size_t path = toResolve(name);
+        if (!hasRoom(TO_OPEN_ANY_FILE + path)) {
+            return false;
+        }
+        payFor(path);
+        return true;
     }
 
     // Half of the reserve is used up as well: code that was told of the limit has made
     // further calls.
     static bool reserveIsUsed()
     {
-        return UNEXPECTED(EG(stack_limit) == nullptr)
-            && reinterpret_cast<uintptr_t>(zend_call_stack_position()) < limit() - RESERVE / 2;
+        return UNEXPECTED(EG(stack_limit) == nullptr) && position() < limit() - RESERVE / 2;
     }
 
 private:
     static constexpr size_t ANY_PATH = 6 * 1024 * 1024;
-    static size_t toOpen(std::string_view name);
+    // PHP holds a few paths of full length on the stack while it opens a file.
+    static constexpr size_t TO_OPEN_ANY_FILE = 48 * 1024;
+    static size_t toResolve(std::string_view name);
 
     // Of a stack that PHP does not look at. Fits a stack of a megabyte.
     static constexpr size_t RESERVE = 256 * 1024;
+
+    static uintptr_t position() { return reinterpret_cast<uintptr_t>(zend_call_stack_position()); }
+
+    // For `bytes` more than are used now.
+    static void payFor(size_t bytes)
+    {
+        if (UNEXPECTED(EG(active_fiber) != nullptr)) {
+            EngineCall::current().fiberStack->payDownTo(position() - bytes);
+        }
+    }
 
     static uintptr_t limit()
     {

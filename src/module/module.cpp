@@ -69,6 +69,7 @@ EngineString renderOrFail(const Arguments& arguments, EngineString& warning)
 Ending call(const Arguments& arguments, zend_string** result, zend_string** warning) noexcept
 {
     EngineCall engineCall;
+    FiberStack fiberStack(engineCall);
     // Most mails need no more than this.
     alignas(std::max_align_t) char first[2048];
     try {

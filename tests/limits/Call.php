@@ -21,17 +21,18 @@ final class Call
         @mkdir($this->folder);
         register_shutdown_function($this->clear(...));
         $this->data = $this->data();
-        $this->body = $this->nested($this->repeated());
+        $body = $this->repeated();
         if ($shape->choice('as') === 'stream' || !in_array($shape->choice('through'), ['string', 'handler'], true)) {
             Made::register();
         }
         if ($this->calls() > 0) {
-            $this->body .= match (true) {
+            $body .= match (true) {
                 !in_array($shape->choice('through'), ['string', 'handler'], true) => '{include next}',
                 $shape->choice('when') === 'analysis' => '{o}',
                 default => '{dynamic q,again}{q::*}{/dynamic}',
             };
         }
+        $this->body = $this->nested($body);
         $this->template = $this->template();
     }
 
