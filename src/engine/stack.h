@@ -68,7 +68,8 @@ public:
     static bool hasRoomToOpen(std::string_view name)
     {
         // The main program has that for any name that PHP looks up at all.
-        if (EXPECTED(name.size() < MAXPATHLEN && hasRoom(ANY_PATH))) {
+        const bool isPath = name.size() < MAXPATHLEN;
+        if (EXPECTED(EG(active_fiber) == nullptr && isPath && hasRoom(ANY_PATH))) {
             return true;
         }
         const size_t path = toResolve(name);
