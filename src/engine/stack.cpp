@@ -37,7 +37,7 @@ std::string_view settingOf(const char* value)
 
 FiberStack::FiberStack(EngineCall& call)
     : call_(call),
-      begin_(reinterpret_cast<uintptr_t>(zend_call_stack_position())),
+      begin_(Stack::position()),
       paid_(begin_ - PORTION)
 {
     call.fiberStack = this;
@@ -71,8 +71,7 @@ void FiberStack::release()
 void FiberStack::giveBack() const
 {
 #ifdef __linux__
-    const auto here = reinterpret_cast<uintptr_t>(zend_call_stack_position());
-    const uintptr_t end = (here - PAGE) & -PAGE;
+    const uintptr_t end = (Stack::position() - PAGE) & -PAGE;
     const auto limit = reinterpret_cast<uintptr_t>(EG(stack_limit));
     const uintptr_t begin = ((limit != 0 ? limit : paid_) + PAGE - 1) & -PAGE;
     if (begin < end) {

@@ -55,6 +55,8 @@ public:
     // A call as a whole.
     static constexpr size_t CALL = 48 * 1024;
 
+    static uintptr_t position() { return reinterpret_cast<uintptr_t>(zend_call_stack_position()); }
+
     static bool hasRoom(size_t bytes)
     {
         if (UNEXPECTED(position() <= limit() + bytes)) {
@@ -95,8 +97,6 @@ private:
 
     // Of a stack that PHP does not look at. Fits a stack of a megabyte.
     static constexpr size_t RESERVE = 256 * 1024;
-
-    static uintptr_t position() { return reinterpret_cast<uintptr_t>(zend_call_stack_position()); }
 
     // For `bytes` more than are used now.
     static void payFor(size_t bytes)
